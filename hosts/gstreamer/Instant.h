@@ -1,0 +1,20 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+namespace gstreamer {
+
+/// Nanoseconds of the one clock that everything here runs on: the system's monotonic clock, which GStreamer's system
+/// clock (its default kind) and `std::chrono::steady_clock` both read. Asking it needs no GStreamer.
+using Instant = std::int64_t;
+
+inline Instant now() {
+  return std::chrono::duration_cast<std::chrono::nanoseconds>(std::chrono::steady_clock::now().time_since_epoch())
+      .count();
+}
+
+constexpr Instant nanoseconds(double seconds) { return static_cast<Instant>(seconds * 1e9); }
+constexpr double seconds(Instant nanoseconds) { return static_cast<double>(nanoseconds) / 1e9; }
+
+}  // namespace gstreamer

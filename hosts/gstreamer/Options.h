@@ -1,0 +1,33 @@
+#pragma once
+
+#include "hosts/gstreamer/Handles.h"
+
+#include <functional>
+#include <string>
+
+namespace gstreamer {
+
+/// The sink that sound normally goes to: the sound server's (PulseAudio, or PipeWire speaking its protocol), or what
+/// the system offers instead where there is none of that plugin. None when there is no sink at all.
+Element makeSoundServerSink();
+
+struct Options {
+  /// Makes the element that a sound player's samples go into: interleaved stereo. Called on a thread of the player,
+  /// anew each time the sound device is taken. None: the film plays without being heard.
+  std::function<Element()> makeSoundSink = makeSoundServerSink;
+  /// Told the name of the factory of each element that becomes part of a pipeline, for a log. On any thread.
+  std::function<void(const std::string& factory)> tellElement;
+  /// Seconds that a look into a file may take; past it the file counts as unreadable.
+  double factsDeadline = 5.0;
+  /// Seconds for which the others of a transaction wait for a sound device.
+  double soundPatience = 0.5;
+  /// Seconds for which the others of a transaction wait for a picture, which may have to be decoded from a key frame
+  /// that lies far before it.
+  double picturePatience = 3.0;
+  /// Seconds between attempts to get at a sound device that failed, while the film plays.
+  double soundRetry = 3.0;
+  /// Seconds that the end of the engine waits for pipelines that do not close (a sound server that hangs).
+  double closingPatience = 2.0;
+};
+
+}  // namespace gstreamer

@@ -1,0 +1,33 @@
+#include "platform/Platform.h"
+
+#include "platform/uikit/UIApplication.h"
+#include "platform/uikit/UIWindow.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+Platform* currentPlatform = nullptr;
+}
+
+Platform::Platform(const host::Ports& ports) : ports_(ports), application_(make<UIApplication>()) {
+  currentPlatform = this;
+}
+
+Platform::~Platform() {
+  application_ = nullptr;
+  currentPlatform = nullptr;
+}
+
+Platform& Platform::current() {
+  if (currentPlatform == nullptr) {
+    std::fputs("Fatal error: there is no platform\n", stderr);
+    std::abort();
+  }
+  return *currentPlatform;
+}
+
+void Platform::finishTurn() {
+  if (const auto window = application_->keyWindow()) window->layoutIfNeeded();
+  ports_.mediaEngine.commit();
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/foundation/NSNotificationCenter.h"
+#include "platform/foundation/RunLoop.h"
+#include "platform/host/Ports.h"
+
+class UIApplication;
+
+/// One running platform: the state behind the frameworks' shared objects (the main run loop, the default
+/// notification centre, the shared application), on the ports of one host. The composition root makes one, each
+/// test its own. Main thread only.
+class Platform {
+ public:
+  /// Becomes the current platform; at most one exists at a time.
+  explicit Platform(const host::Ports& ports);
+  ~Platform();
+  Platform(const Platform&) = delete;
+  Platform& operator=(const Platform&) = delete;
+
+  /// The one that exists; stops the app when there is none.
+  static Platform& current();
+
+  const host::Ports& ports() const { return ports_; }
+  RunLoop& runLoop() { return runLoop_; }
+  NSNotificationCenter& notificationCenter() { return notificationCenter_; }
+  const Strong<UIApplication>& application() const { return application_; }
+
+  /// The end of a turn of the main loop: lays out what asked for it, and lets media commands take effect.
+  void finishTurn();
+
+ private:
+  host::Ports ports_;
+  RunLoop runLoop_;
+  NSNotificationCenter notificationCenter_;
+  Strong<UIApplication> application_;
+};

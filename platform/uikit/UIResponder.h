@@ -1,0 +1,6 @@
+#pragma once
+
+#include "platform/foundation/NSObject.h"
+
+/// The base of everything that can receive events.
+class UIResponder : public NSObject {};

@@ -1,0 +1,72 @@
+#include "platform/uikit/UIViewController.h"
+
+#include "platform/uikit/UIApplication.h"
+#include "platform/uikit/UIStoryboard.h"
+#include "platform/uikit/UIStoryboardSegue.h"
+#include "platform/uikit/UIView.h"
+#include "platform/uikit/UIWindow.h"
+
+UIViewController::UIViewController(const std::optional<std::string>& /*nibName*/, NSBundle* /*bundle*/) {}
+
+UIViewController::UIViewController(const NSCoder& coder) : storyboard_(coder.storyboard()), scene_(coder.scene()) {}
+
+UIViewController::~UIViewController() = default;
+
+const Strong<UIView>& UIViewController::view() {
+  if (!view_) loadView();
+  return view_;
+}
+
+void UIViewController::loadView() {
+  const auto window = UIApplication::sharedApplication()->keyWindow();
+  view_ = make<UIView>(window ? window->frameForScreen(*this) : CGRectZero);
+  view_->viewController_ = weakReference(this);
+  if (storyboard_) storyboard_->buildView(scene_, *this);
+  view_->layoutIfNeeded();
+  viewDidLoad();
+}
+
+void UIViewController::performSegueWithIdentifier_sender(const std::string& identifier,
+                                                         const Strong<NSObject>& sender) {
+  if (!storyboard_) fatalError("a segue of a screen that is not in the interface resource: " + identifier);
+  const auto description = storyboard_->segue(scene_, identifier);
+  const auto window = UIApplication::sharedApplication()->keyWindow();
+  if (!window || !window->canPresentOver(*this)) return;
+  const auto self = strongReference(this);
+  const auto destination = storyboard_->instantiateViewController(description.destinationClass);
+  destination->setModalPresentationStyle(description.presentationStyle);
+  prepareForSegue_sender(make<UIStoryboardSegue>(identifier, self, destination), sender);
+  presentViewController_animated_completion(destination, true);
+}
+
+void UIViewController::presentViewController_animated_completion(const Strong<UIViewController>& controller,
+                                                                 bool animated, std::function<void()> completion) {
+  const auto window = UIApplication::sharedApplication()->keyWindow();
+  if (!window) fatalError("a presentation without a window");
+  window->present(strongReference(this), controller, animated, std::move(completion));
+}
+
+void UIViewController::dismissViewControllerAnimated_completion(bool animated, std::function<void()> completion) {
+  const auto window = UIApplication::sharedApplication()->keyWindow();
+  if (!window) return;
+  const auto top = presented_ ? presented_ : strongReference(this);
+  window->dismiss(top, animated, std::move(completion));
+}
+
+void UIViewController::beginAppearanceTransition_animated(bool isAppearing, bool animated) {
+  transitionIsAppearing_ = isAppearing;
+  transitionIsAnimated_ = animated;
+  if (isAppearing) {
+    viewWillAppear(animated);
+  } else {
+    viewWillDisappear(animated);
+  }
+}
+
+void UIViewController::endAppearanceTransition() {
+  if (transitionIsAppearing_) {
+    viewDidAppear(transitionIsAnimated_);
+  } else {
+    viewDidDisappear(transitionIsAnimated_);
+  }
+}

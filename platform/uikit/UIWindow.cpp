@@ -1,0 +1,208 @@
+#include "platform/uikit/UIWindow.h"
+
+#include "platform/Platform.h"
+#include "platform/foundation/DispatchQueue.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// A page sheet leaves a margin where there is room for one, and never grows wider or higher than is easy to read.
+constexpr double sheetMargin = 32;
+constexpr double sheetWidth = 960;
+constexpr double sheetHeight = 900;
+constexpr double roomForMargins = 700;
+constexpr double shortWindow = 480;
+constexpr double sheetTop = 24;
+
+}  // namespace
+
+UIWindow::~UIWindow() = default;
+
+void UIWindow::makeKeyAndVisible() {
+  traits_ = UITraitCollection::forWindow(frame().size, Platform::current().ports().screen.isResizable());
+  addSubview(root_->view());
+  layoutIfNeeded();
+  visible_ = true;
+  const auto root = root_;
+  root->viewWillAppear(false);
+  DispatchQueue::main().async([root, self = strongReference(this)] {
+    root->viewDidAppear(false);
+    self->startWaiting();
+  });
+}
+
+void UIWindow::setSize(CGSize size) {
+  if (size == frame().size) return;
+  setFrame({{0, 0}, size});
+  const auto traits = UITraitCollection::forWindow(size, Platform::current().ports().screen.isResizable());
+  std::vector<Strong<UIViewController>> screens{root_};
+  for (const auto& presentation : presentations_) screens.push_back(presentation.controller);
+  const bool differs = !(traits == traits_);
+  traits_ = traits;
+  UIViewControllerTransitionCoordinator coordinator;
+  for (const auto& screen : screens) {
+    if (!screen || !screen->isViewLoaded()) continue;
+    if (differs) screen->willTransitionToTraitCollection_withTransitionCoordinator(traits_, coordinator);
+    screen->view()->setFrame(frameForScreen(*screen));
+  }
+}
+
+CGRect UIWindow::frameForScreen(const UIViewController& controller) const {
+  const CGSize window = frame().size;
+  const bool isSheet = &controller != root_.get() && !controller.coversItsPresenter();
+  if (!isSheet) return {{0, 0}, window};
+  if (window.height < shortWindow) return {{0, 0}, window};
+  if (window.width < roomForMargins) return {{0, sheetTop}, {window.width, window.height - sheetTop}};
+  const double width = std::min(window.width - 2 * sheetMargin, sheetWidth);
+  const double height = std::min(window.height - 2 * sheetMargin, sheetHeight);
+  return {{std::round((window.width - width) / 2), std::round((window.height - height) / 2)}, {width, height}};
+}
+
+Strong<UIViewController> UIWindow::topmostViewController() const {
+  return presentations_.empty() ? root_ : presentations_.back().controller;
+}
+
+bool UIWindow::isInTransition() const {
+  return std::any_of(presentations_.begin(), presentations_.end(),
+                     [](const Presentation& each) { return each.phase != PresentationPhase::Shown; });
+}
+
+bool UIWindow::isShown(const UIViewController& controller) const {
+  if (&controller == root_.get()) return visible_;
+  return std::any_of(presentations_.begin(), presentations_.end(),
+                     [&](const Presentation& each) { return each.controller.get() == &controller; });
+}
+
+bool UIWindow::isTopmostAtRest(const UIViewController& controller) const {
+  return visible_ && !isInTransition() && topmostViewController().get() == &controller;
+}
+
+bool UIWindow::acceptsInputIn(const UIView& view) const {
+  const auto top = topmostViewController();
+  return top && isTopmostAtRest(*top) && top->isViewLoaded() && top->view()->contains(view);
+}
+
+bool UIWindow::canPresentOver(const UIViewController& presenter) const {
+  return isTopmostAtRest(presenter) && waiting_.empty();
+}
+
+void UIWindow::present(const Strong<UIViewController>& presenter, const Strong<UIViewController>& controller,
+                       bool animated, std::function<void()> completion) {
+  waiting_.push_back({Waiting::Kind::Presentation, presenter, controller, animated, std::move(completion)});
+  startWaiting();
+}
+
+void UIWindow::dismiss(const Strong<UIViewController>& controller, bool animated, std::function<void()> completion) {
+  if (!isShown(*controller) || controller == root_) return;
+  waiting_.push_back(
+      {Waiting::Kind::Dismissal, controller->presentingViewController(), controller, animated, std::move(completion)});
+  startWaiting();
+}
+
+bool UIWindow::canStart(const Waiting& waiting) const {
+  if (isInTransition()) return false;
+  if (waiting.kind == Waiting::Kind::Dismissal) return true;
+  const auto presenter = waiting.presenter.lock();
+  return presenter && isTopmostAtRest(*presenter);
+}
+
+void UIWindow::startWaiting() {
+  // What a screen that has gone wanted to present, or a second dismissal of the same screen, can never start.
+  std::erase_if(waiting_, [this](const Waiting& each) {
+    return each.kind == Waiting::Kind::Dismissal ? !isShown(*each.controller) : each.presenter.expired();
+  });
+  const auto next = std::find_if(waiting_.begin(), waiting_.end(), [this](const Waiting& each) { return canStart(each); });
+  if (next == waiting_.end()) return;
+  Waiting work = std::move(*next);
+  waiting_.erase(next);
+  if (work.kind == Waiting::Kind::Presentation) {
+    startPresentation(std::move(work));
+  } else {
+    startDismissal(std::move(work));
+  }
+}
+
+void UIWindow::startPresentation(Waiting work) {
+  const auto presenter = work.presenter.lock();
+  const auto controller = work.controller;
+  presenter->presented_ = controller;
+  controller->presenting_ = presenter;
+  presentations_.push_back({controller, PresentationPhase::Presenting, work.animated});
+  if (!controller->isDrawnByHost()) {
+    controller->view()->setFrame(frameForScreen(*controller));
+    addSubview(controller->view());
+  }
+  changed();
+  if (controller->coversItsPresenter()) presenter->viewWillDisappear(work.animated);
+  controller->viewWillAppear(work.animated);
+  afterTransition(work.animated, [this, self = shared_from_this(), work] { endPresentation(work); });
+}
+
+void UIWindow::endPresentation(const Waiting& work) {
+  for (auto& each : presentations_) {
+    if (each.controller == work.controller) each.phase = PresentationPhase::Shown;
+  }
+  changed();
+  const auto presenter = work.presenter.lock();
+  if (presenter && work.controller->coversItsPresenter()) presenter->viewDidDisappear(work.animated);
+  work.controller->viewDidAppear(work.animated);
+  if (work.completion) work.completion();
+  startWaiting();
+}
+
+void UIWindow::startDismissal(Waiting work) {
+  const auto from = std::find_if(presentations_.begin(), presentations_.end(),
+                                 [&](const Presentation& each) { return each.controller == work.controller; });
+  const auto presenter = work.controller->presentingViewController();
+  for (auto each = from; each != presentations_.end(); ++each) {
+    each->phase = PresentationPhase::Dismissing;
+    each->animated = work.animated;
+  }
+  changed();
+  const bool covers = work.controller->coversItsPresenter();
+  presentations_.back().controller->viewWillDisappear(work.animated);
+  if (presenter && covers) presenter->viewWillAppear(work.animated);
+  afterTransition(work.animated, [this, self = shared_from_this(), work] { endDismissal(work); });
+}
+
+void UIWindow::endDismissal(const Waiting& work) {
+  const auto presenter = work.controller->presentingViewController();
+  while (!presentations_.empty()) {
+    const auto gone = presentations_.back().controller;
+    presentations_.pop_back();
+    if (gone->isViewLoaded()) gone->view()->removeFromSuperview();
+    if (const auto below = gone->presentingViewController()) below->presented_ = nullptr;
+    gone->presenting_.reset();
+    gone->viewDidDisappear(work.animated);
+    if (gone == work.controller) break;
+  }
+  changed();
+  if (presenter && work.controller->coversItsPresenter()) presenter->viewDidAppear(work.animated);
+  if (work.completion) work.completion();
+  startWaiting();
+}
+
+void UIWindow::afterTransition(bool animated, std::function<void()> block) {
+  const bool moves = animated && !Platform::current().ports().screen.reducesMotion();
+  DispatchQueue::main().asyncAfter(moves ? transitionDuration : 0, std::move(block));
+}
+
+std::vector<Strong<UIView>> UIWindow::takeChanges() {
+  std::vector<Strong<UIView>> views;
+  for (const auto& change : std::exchange(changes_, {})) {
+    const auto view = change.lock();
+    if (!view) continue;
+    view->changeNoted_ = false;
+    if (view->window().get() == this) views.push_back(view);
+  }
+  return views;
+}
+
+void UIWindow::noteChange(UIView& view) {
+  if (view.changeNoted_) return;
+  view.changeNoted_ = true;
+  changes_.push_back(weakReference(&view));
+  Platform::current().ports().screen.needsFrame();
+}

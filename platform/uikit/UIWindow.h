@@ -1,0 +1,85 @@
+#pragma once
+
+#include "platform/uikit/UIViewController.h"
+
+#include <functional>
+#include <vector>
+
+enum class PresentationPhase { Presenting, Shown, Dismissing };
+
+/// A screen that lies over the one that presented it.
+struct Presentation {
+  Strong<UIViewController> controller;
+  PresentationPhase phase = PresentationPhase::Presenting;
+  bool animated = false;
+};
+
+/// The app's window: the root screen and the screens presented over it. Main thread only.
+class UIWindow final : public UIView {
+ public:
+  using UIView::UIView;
+  ~UIWindow() override;
+
+  /// How long a presentation or dismissal takes, in seconds, where motion is wanted.
+  static constexpr double transitionDuration = 0.22;
+
+  const Strong<UIViewController>& rootViewController() const { return root_; }
+  void setRootViewController(const Strong<UIViewController>& controller) { root_ = controller; }
+  /// Puts the root screen into the window and lets it appear, `viewDidAppear` in the next turn.
+  void makeKeyAndVisible();
+
+  /// The window got another size. To be called at most once per frame. Screens hear of it when their traits change;
+  /// views are laid out at the end of the turn.
+  void setSize(CGSize size);
+  const UITraitCollection& traitCollection() const { return traits_; }
+  /// Where the view of `controller` lies in the window, by its presentation style.
+  CGRect frameForScreen(const UIViewController& controller) const;
+
+  /// What lies over the root screen, from the bottom to the top.
+  const std::vector<Presentation>& presentations() const { return presentations_; }
+  /// The topmost screen; the root screen where nothing is presented.
+  Strong<UIViewController> topmostViewController() const;
+  /// No presentation or dismissal is pending or running, and `controller` is the topmost screen.
+  bool isTopmostAtRest(const UIViewController& controller) const;
+  /// Whether input in `view` counts: it lies in the topmost screen, at rest.
+  bool acceptsInputIn(const UIView& view) const;
+  bool canPresentOver(const UIViewController& presenter) const;
+
+  void present(const Strong<UIViewController>& presenter, const Strong<UIViewController>& controller, bool animated,
+               std::function<void()> completion);
+  void dismiss(const Strong<UIViewController>& controller, bool animated, std::function<void()> completion);
+
+  /// Views that changed in any way since the last call, each once, in the order of their first change. Those that
+  /// left the window meanwhile are not among them. For the screen host, once per frame.
+  std::vector<Strong<UIView>> takeChanges();
+  void noteChange(UIView& view);
+
+ protected:
+  Strong<UIWindow> asWindow() override { return strongReference(this); }
+
+ private:
+  struct Waiting {
+    enum class Kind { Presentation, Dismissal } kind;
+    Weak<UIViewController> presenter;
+    Strong<UIViewController> controller;
+    bool animated;
+    std::function<void()> completion;
+  };
+
+  bool isInTransition() const;
+  bool isShown(const UIViewController& controller) const;
+  void startWaiting();
+  bool canStart(const Waiting& waiting) const;
+  void startPresentation(Waiting presentation);
+  void endPresentation(const Waiting& presentation);
+  void startDismissal(Waiting dismissal);
+  void endDismissal(const Waiting& dismissal);
+  void afterTransition(bool animated, std::function<void()> block);
+
+  Strong<UIViewController> root_;
+  UITraitCollection traits_;
+  std::vector<Presentation> presentations_;
+  std::vector<Waiting> waiting_;
+  std::vector<Weak<UIView>> changes_;
+  bool visible_ = false;
+};

@@ -1,0 +1,190 @@
+#include "hosts/probe/MediaProbe.h"
+#include "tests/host/probe/TemporaryFolder.h"
+#include "tests/support/Clips.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr double patience = 20.0;
+
+struct Colour {
+  int red = 0;
+  int green = 0;
+  int blue = 0;
+};
+
+Colour colourAt(const probe::Still& still, double across, double down) {
+  const auto column = static_cast<std::size_t>(across * still.width);
+  const auto row = static_cast<std::size_t>(down * still.height);
+  const std::size_t pixel = (row * static_cast<std::size_t>(still.width) + column) * 4;
+  return {still.bgrx[pixel + 2], still.bgrx[pixel + 1], still.bgrx[pixel]};
+}
+
+bool isRed(const Colour& colour) {
+  return colour.red > 200 && colour.green < 60 && colour.blue < 60;
+}
+
+bool isBlue(const Colour& colour) {
+  return colour.blue > 200 && colour.green < 60 && colour.red < 60;
+}
+
+/// Red on the left, blue on the right.
+std::string twoColours() {
+  return clips::clip("probe-two-colours.mp4",
+                     {"-f", "lavfi", "-i", "color=red:size=160x120:rate=10:duration=2,drawbox=x=80:w=80:color=blue:t=fill",
+                      "-pix_fmt", "yuv420p"});
+}
+
+std::string turned(const std::string& degrees) {
+  return clips::clip("probe-turned-" + degrees + ".mp4",
+                     {"-i", twoColours(), "-c", "copy", "-metadata:s:v", "rotate=" + degrees});
+}
+
+/// A moving picture for ten seconds, covered by `colour` while `time`.
+std::string covered(const std::string& name, const std::string& colour, const std::string& time) {
+  return clips::clip(name, {"-f", "lavfi", "-i",
+                            "testsrc2=size=160x120:rate=10:duration=10,drawbox=color=" + colour +
+                                ":t=fill:enable='" + time + "'",
+                            "-g", "10", "-pix_fmt", "yuv420p"});
+}
+
+std::optional<probe::Still> stillOf(const std::string& path, int largestSide) {
+  return probe::representativeStill(path, largestSide, patience);
+}
+
+/// How much light there is, and how many of the pixels differ from the first one.
+bool isOneColour(const probe::Still& still) {
+  const Colour first = colourAt(still, 0, 0);
+  for (double down = 0.05; down < 1; down += 0.1) {
+    for (double across = 0.05; across < 1; across += 0.1) {
+      const Colour other = colourAt(still, across, down);
+      const int difference = std::abs(other.red - first.red) + std::abs(other.green - first.green) +
+                             std::abs(other.blue - first.blue);
+      if (difference > 24) return false;
+    }
+  }
+  return true;
+}
+
+TEST(Still, HasTheFilmsColours) {
+  const auto still = stillOf(twoColours(), 80);
+  ASSERT_TRUE(still);
+  EXPECT_EQ(still->width, 80);
+  EXPECT_EQ(still->height, 60);
+  EXPECT_TRUE(isRed(colourAt(*still, 0.25, 0.5)));
+  EXPECT_TRUE(isBlue(colourAt(*still, 0.75, 0.5)));
+  ASSERT_EQ(still->bgrx.size(), 80U * 60U * 4U);
+  EXPECT_EQ(still->bgrx[3], 255);
+}
+
+TEST(Still, FitsIntoItsBoxAlsoWhereItIsHigh) {
+  const auto still = stillOf(turned("90"), 80);
+  ASSERT_TRUE(still);
+  EXPECT_EQ(still->width, 60);
+  EXPECT_EQ(still->height, 80);
+}
+
+TEST(Still, IsNotEnlarged) {
+  const auto still = stillOf(twoColours(), 1024);
+  ASSERT_TRUE(still);
+  EXPECT_EQ(still->width, 160);
+  EXPECT_EQ(still->height, 120);
+}
+
+TEST(Still, OfAPhoneHeldUprightStandsUpright) {
+  const auto still = stillOf(turned("90"), 160);
+  ASSERT_TRUE(still);
+  EXPECT_EQ(still->width, 120);
+  EXPECT_TRUE(isRed(colourAt(*still, 0.5, 0.25)));
+  EXPECT_TRUE(isBlue(colourAt(*still, 0.5, 0.75)));
+}
+
+TEST(Still, OfAPhoneHeldTheOtherWayStandsUpright) {
+  const auto still = stillOf(turned("270"), 160);
+  ASSERT_TRUE(still);
+  EXPECT_EQ(still->width, 120);
+  EXPECT_TRUE(isBlue(colourAt(*still, 0.5, 0.25)));
+  EXPECT_TRUE(isRed(colourAt(*still, 0.5, 0.75)));
+}
+
+TEST(Still, OfAPhoneHeldUpsideDownStandsUpright) {
+  const auto still = stillOf(turned("180"), 160);
+  ASSERT_TRUE(still);
+  EXPECT_EQ(still->width, 160);
+  EXPECT_TRUE(isBlue(colourAt(*still, 0.25, 0.5)));
+  EXPECT_TRUE(isRed(colourAt(*still, 0.75, 0.5)));
+}
+
+TEST(Still, OfAnamorphicPicturesHasSquarePixels) {
+  const auto wide = stillOf(clips::clip("probe-wide-pixels.mp4", {"-f", "lavfi", "-i", "testsrc2=size=72x58:duration=1",
+                                                                  "-vf", "setsar=2/1", "-pix_fmt", "yuv420p"}),
+                            1024);
+  ASSERT_TRUE(wide);
+  EXPECT_EQ(wide->width, 144);
+  EXPECT_EQ(wide->height, 58);
+  const auto high = stillOf(clips::clip("probe-high-pixels.mp4", {"-f", "lavfi", "-i", "testsrc2=size=72x58:duration=1",
+                                                                  "-vf", "setsar=1/2", "-pix_fmt", "yuv420p"}),
+                            1024);
+  ASSERT_TRUE(high);
+  EXPECT_EQ(high->width, 72);
+  EXPECT_EQ(high->height, 116);
+}
+
+TEST(Still, OfAFilmThatBeginsBlackIsALaterFrame) {
+  const auto still = stillOf(covered("probe-black-start.mp4", "black", "lt(t,2)"), 160);
+  ASSERT_TRUE(still);
+  EXPECT_FALSE(isOneColour(*still));
+}
+
+TEST(Still, OfAFilmThatBeginsFlatIsALaterFrame) {
+  const auto still = stillOf(covered("probe-flat-start.mp4", "orange", "lt(t,4)"), 160);
+  ASSERT_TRUE(still);
+  EXPECT_FALSE(isOneColour(*still));
+}
+
+TEST(Still, OfABlackFilmIsBlack) {
+  const auto still = stillOf(covered("probe-black.mp4", "black", "gte(t,0)"), 160);
+  ASSERT_TRUE(still);
+  EXPECT_TRUE(isOneColour(*still));
+}
+
+class StillOf : public testing::TestWithParam<const char*> {};
+
+TEST_P(StillOf, IsDecoded) {
+  const std::string ending = GetParam();
+  const auto still = stillOf(
+      clips::clip("probe-still." + ending, {"-f", "lavfi", "-i", "testsrc2=size=352x288:rate=25:duration=3"}), 88);
+  ASSERT_TRUE(still);
+  EXPECT_EQ(still->width, 88);
+  EXPECT_EQ(still->height, 72);
+  EXPECT_FALSE(isOneColour(*still));
+}
+
+INSTANTIATE_TEST_SUITE_P(Containers, StillOf,
+                         testing::Values("mp4", "mkv", "webm", "avi", "mpg", "ts", "wmv", "flv", "ogv", "h264"),
+                         [](const auto& ending) { return std::string("_") + ending.param; });
+
+TEST(Still, IsMissingWhereThereIsOnlySound) {
+  EXPECT_EQ(stillOf(clips::clip("probe-tone.m4a", {"-f", "lavfi", "-i", "sine=duration=1"}), 160), std::nullopt);
+}
+
+TEST(Still, IsMissingForWhatIsNoFilm) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(stillOf(folder.write("text.mp4", "no film"), 160), std::nullopt);
+  EXPECT_EQ(stillOf(folder / "missing.mp4", 160), std::nullopt);
+}
+
+TEST(Still, IsMissingWhereTheSamplesAreCutOff) {
+  const std::string whole = clips::clip("probe-still-header-first.mp4",
+                                        {"-i", twoColours(), "-c", "copy", "-movflags", "+faststart"});
+  const auto samples = static_cast<long>(contentsOf(whole).find("mdat"));
+  EXPECT_EQ(stillOf(clips::truncated(whole, "probe-still-header-only.mp4", samples + 8), 160), std::nullopt);
+}
+
+TEST(Still, IsMissingAtItsDeadlineAndForNoSize) {
+  EXPECT_EQ(probe::representativeStill(twoColours(), 160, 0.0), std::nullopt);
+  EXPECT_EQ(stillOf(twoColours(), 0), std::nullopt);
+}
+
+}  // namespace

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// Real media files for tests, made once with the `ffmpeg` program and kept in the build folder.
+namespace clips {
+
+/// The path of the file `name` in the clip folder, made by `ffmpeg ARGUMENTS FILE` when it is not there yet. Stops the
+/// test program when ffmpeg fails. Several test programs may ask at once.
+std::string clip(const std::string& name, const std::vector<std::string>& arguments);
+
+/// An MP4 of H.264 at 30 frames/s, a moving test picture, and AAC sound: one sine tone in all `channels`.
+std::string film(const std::string& name, int width, int height, double seconds, int toneHertz, int channels);
+
+/// A copy of `path` cut after `bytes` bytes.
+std::string truncated(const std::string& path, const std::string& name, long bytes);
+
+/// The `file:` URL of `path`.
+std::string urlOf(const std::string& path);
+
+}  // namespace clips
