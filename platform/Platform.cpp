@@ -16,6 +16,7 @@ Platform::Platform(const host::Ports& ports) : ports_(ports), application_(make<
 
 Platform::~Platform() {
   application_ = nullptr;
+  runLoop_.clear();  // a screen kept by a timer asks for the platform once more as it goes
   currentPlatform = nullptr;
 }
 

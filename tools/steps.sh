@@ -1,8 +1,10 @@
+# shellcheck shell=bash
 # What the scripts beside this one have in common. To be sourced.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 logs=$root/out/logs
 # Not whichever python3 comes first: only Debian's own sees the modules that Debian packages bring.
+# shellcheck disable=SC2034 # used by the scripts that source this
 python=/usr/bin/python3
 
 say() { printf '%s\n' "$*"; }
@@ -15,7 +17,7 @@ quietly() {
   mkdir -p "$logs"
   "$@" >"$log" 2>&1 || status=$?
   if [ "$status" -ne 0 ]; then
-    tail -n 60 "$log" >&2
+    grep -vE '^\[[0-9]+/[0-9]+\] (Building|Linking|Automatic)' "$log" | tail -n 60 >&2
     say "Failed with status $status: $*" "(everything it wrote: $log)" >&2
   fi
   return "$status"
@@ -26,7 +28,7 @@ quietly() {
 installPackages() {
   local uses=" $* " wanted missing asRoot=()
   wanted=$(while read -r use package; do
-    [[ $uses == *" $use "* ]] && printf '%s\n' "$package"
+    if [[ $uses == *" $use "* ]]; then printf '%s\n' "$package"; fi
   done <"$root/packaging/packages.txt")
   missing=$(comm -23 <(sort -u <<<"$wanted") <(installedAmong "$wanted"))
   [ -n "$missing" ] || return 0

@@ -6,9 +6,8 @@ namespace gstreamer {
 
 double Timeline::positionAt(Instant instant) const {
   const std::lock_guard lock(mutex_);
-  if (announced_) return *announced_;
-  double position = origin_;
-  if (runningSince_) position += seconds(std::max<Instant>(0, instant - *runningSince_));
+  double position = announced_.value_or(origin_);
+  if (runningSince_ && !announced_) position += seconds(std::max<Instant>(0, instant - *runningSince_));
   return length_ > 0.0 ? std::min(position, length_) : position;
 }
 

@@ -42,7 +42,6 @@ std::vector<host::TrackFacts> tracksOf(const AVFormatContext& format) {
   return tracks;
 }
 
-
 bool hasSound(const AVFormatContext& format) {
   for (unsigned i = 0; i < format.nb_streams; ++i) {
     if (isSound(*format.streams[i])) return true;

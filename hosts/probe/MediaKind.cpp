@@ -41,14 +41,22 @@ std::optional<std::uint64_t> kindOfNumber(std::string_view text, bool hasPicture
   if (result.ec != std::errc() || result.ptr != text.data() + text.size()) return std::nullopt;
   switch (number) {
     case 0:
-    case 9: return kind::film;
-    case 1: return kind::music;
-    case 2: return kind::audiobook;
-    case 6: return kind::musicVideo;
-    case 10: return kind::televisionProgramme;
-    case 21: return hasPicture ? kind::videoPodcast : kind::podcast;
-    case 23: return hasPicture ? kind::videoLecture : kind::lecture;
-    default: return std::nullopt;
+    case 9:
+      return kind::film;
+    case 1:
+      return kind::music;
+    case 2:
+      return kind::audiobook;
+    case 6:
+      return kind::musicVideo;
+    case 10:
+      return kind::televisionProgramme;
+    case 21:
+      return hasPicture ? kind::videoPodcast : kind::podcast;
+    case 23:
+      return hasPicture ? kind::videoLecture : kind::lecture;
+    default:
+      return std::nullopt;
   }
 }
 
@@ -86,7 +94,8 @@ constexpr std::array<Word, 14> words = {{
 
 std::optional<std::uint64_t> kindOfWord(std::string_view text) {
   const std::string letters = lettersOf(text);
-  const auto* found = std::find_if(words.begin(), words.end(), [&](const Word& word) { return word.letters == letters; });
+  const auto* found =
+      std::find_if(words.begin(), words.end(), [&](const Word& word) { return word.letters == letters; });
   if (found == words.end()) return std::nullopt;
   return found->kind;
 }

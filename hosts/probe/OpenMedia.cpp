@@ -145,11 +145,18 @@ std::int64_t OpenMedia::moveTo(void* self, std::int64_t offset, int whence) {
   auto& media = *static_cast<OpenMedia*>(self);
   std::int64_t origin = 0;
   switch (whence & ~AVSEEK_FORCE) {
-    case AVSEEK_SIZE: return media.file_.size();
-    case SEEK_SET: break;
-    case SEEK_CUR: origin = media.position_; break;
-    case SEEK_END: origin = media.file_.size(); break;
-    default: return AVERROR(EINVAL);
+    case AVSEEK_SIZE:
+      return media.file_.size();
+    case SEEK_SET:
+      break;
+    case SEEK_CUR:
+      origin = media.position_;
+      break;
+    case SEEK_END:
+      origin = media.file_.size();
+      break;
+    default:
+      return AVERROR(EINVAL);
   }
   std::int64_t target = 0;
   if (__builtin_add_overflow(origin, offset, &target) || target < 0) return AVERROR(EINVAL);

@@ -29,7 +29,8 @@ Orientation orientationOf(const void* bytes, std::size_t count) {
 }
 
 std::size_t pixelAt(const Still& still, int column, int row) {
-  return (static_cast<std::size_t>(row) * static_cast<std::size_t>(still.width) + static_cast<std::size_t>(column)) * 4;
+  return (static_cast<std::size_t>(row) * static_cast<std::size_t>(still.width) + static_cast<std::size_t>(column)) *
+         4;
 }
 
 }  // namespace

@@ -203,8 +203,8 @@ bool isProtectedMatroska(const MediaFile& file, const Deadline& deadline) {
     if (!element) return false;
     if (element->identifier == ebml::tracks) return holdsEncryption(walk, element->contents, 0);
     // Recordings under way have clusters of unknown length: their end shows only by what follows.
-    const bool goesDown = element->identifier == ebml::segment ||
-                          (element->identifier == ebml::cluster && !element->hasLength);
+    const bool goesDown =
+        element->identifier == ebml::segment || (element->identifier == ebml::cluster && !element->hasLength);
     offset = goesDown ? element->contents.begin : element->contents.end;
   }
   return false;

@@ -54,8 +54,10 @@ bool isFullRange(const AVFrame& frame) {
     case AV_PIX_FMT_YUVJ420P:
     case AV_PIX_FMT_YUVJ422P:
     case AV_PIX_FMT_YUVJ444P:
-    case AV_PIX_FMT_YUVJ440P: return true;
-    default: return frame.color_range == AVCOL_RANGE_JPEG;
+    case AV_PIX_FMT_YUVJ440P:
+      return true;
+    default:
+      return frame.color_range == AVCOL_RANGE_JPEG;
   }
 }
 
@@ -73,7 +75,8 @@ std::optional<Still> scaled(const AVFrame& frame, Size size) {
   still.bgrx.resize(stride * static_cast<std::size_t>(size.height) + slack);
   std::array<std::uint8_t*, 4> planes = {still.bgrx.data(), nullptr, nullptr, nullptr};
   std::array<int, 4> strides = {static_cast<int>(stride), 0, 0, 0};
-  const int rows = sws_scale(scaler.get(), frame.data, frame.linesize, 0, frame.height, planes.data(), strides.data());
+  const int rows =
+      sws_scale(scaler.get(), frame.data, frame.linesize, 0, frame.height, planes.data(), strides.data());
   if (rows != size.height) return std::nullopt;
   still.bgrx.resize(stride * static_cast<std::size_t>(size.height));
   for (std::size_t i = 3; i < still.bgrx.size(); i += 4) still.bgrx[i] = 255;

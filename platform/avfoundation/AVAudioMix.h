@@ -7,7 +7,8 @@
 /// How loud one track is in a mix.
 class AVMutableAudioMixInputParameters final : public NSObject {
  public:
-  static Strong<AVMutableAudioMixInputParameters> audioMixInputParametersWithTrack(const Strong<AVAssetTrack>& track) {
+  static Strong<AVMutableAudioMixInputParameters> audioMixInputParametersWithTrack(
+      const Strong<AVAssetTrack>& track) {
     return make<AVMutableAudioMixInputParameters>(track->trackID());
   }
   explicit AVMutableAudioMixInputParameters(int trackID) : trackID_(trackID) {}

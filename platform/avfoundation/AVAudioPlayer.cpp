@@ -8,7 +8,8 @@
 Strong<AVAudioPlayer> AVAudioPlayer::initWithContentsOfURL_error(const Strong<NSURL>& url, Strong<NSError>* error) {
   const auto facts = Platform::current().ports().mediaEngine.facts(url->absoluteString());
   if (!facts.readable || !facts.soundOpens) {
-    if (error != nullptr) *error = make<NSError>(facts.readable ? "the sound cannot be decoded" : "no readable media");
+    if (error != nullptr)
+      *error = make<NSError>(facts.readable ? "the sound cannot be decoded" : "no readable media");
     return nullptr;
   }
   auto player = make<AVAudioPlayer>();

@@ -27,8 +27,8 @@ void RunLoop::turn() {
 void RunLoop::runDue(double until) {
   const std::uint64_t bound = nextNumber_;  // what is scheduled meanwhile waits for another turn
   while (true) {
-    const auto due = std::find_if(agenda_.begin(), agenda_.end(),
-                                  [&](const auto& entry) { return entry.first.second < bound; });
+    const auto due =
+        std::find_if(agenda_.begin(), agenda_.end(), [&](const auto& entry) { return entry.first.second < bound; });
     if (due == agenda_.end() || due->first.first > until) return;
     const double date = due->first.first;
     const Due work = std::move(due->second);
@@ -72,6 +72,12 @@ void RunLoop::unschedule(const NSTimer& timer) {
 bool RunLoop::isScheduled(const NSTimer& timer) const {
   return std::any_of(agenda_.begin(), agenda_.end(),
                      [&](const auto& entry) { return entry.second.timer.get() == &timer; });
+}
+
+void RunLoop::clear() {
+  // What is let go may invalidate timers of its own, so both lists are empty by then.
+  const auto blocks = std::exchange(queue_, {});
+  const auto due = std::exchange(agenda_, {});
 }
 
 void RunLoop::finishTurn() {

@@ -40,7 +40,7 @@ class RunLoop {
   static RunLoop& main();
 
   /// Runs what is due now: first the blocks that were queued before this turn, in order of submission, then the
-  /// timers whose time has come, earliest first, then the delayed blocks likewise.
+  /// timers and delayed blocks whose time has come, earliest first, equal times in order of scheduling.
   void turn();
 
   /// Seconds of the host's monotonic clock.
@@ -53,6 +53,8 @@ class RunLoop {
   void schedule(const Strong<NSTimer>& timer);
   void unschedule(const NSTimer& timer);
   bool isScheduled(const NSTimer& timer) const;
+  /// Lets go of everything that is queued or scheduled, without running it.
+  void clear();
 
  private:
   struct Due {

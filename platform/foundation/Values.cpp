@@ -43,7 +43,7 @@ NSNumber::NSNumber(double value) : double_(value), integer_(truncated(value)), i
 
 Strong<NSURL> NSURL::URLWithString(std::string_view text) {
   const auto colon = text.find(':');
-  if (colon == std::string_view::npos || colon == 0 || colon + 1 == text.size() || !isLetter(text[0])) return nullptr;
+  if (colon == std::string_view::npos || colon == 0 || !isLetter(text[0])) return nullptr;
   for (const char c : text.substr(0, colon)) {
     if (!isLetter(c) && !isDigit(c) && c != '+' && c != '-' && c != '.') return nullptr;
   }
@@ -77,7 +77,8 @@ std::string NSURL::path() const {
   const std::string_view encoded = std::string_view(absoluteString_).substr(7);
   std::string decoded;
   for (std::size_t i = 0; i < encoded.size(); ++i) {
-    if (encoded[i] == '%' && i + 2 < encoded.size() && hexValue(encoded[i + 1]) >= 0 && hexValue(encoded[i + 2]) >= 0) {
+    if (encoded[i] == '%' && i + 2 < encoded.size() && hexValue(encoded[i + 1]) >= 0 &&
+        hexValue(encoded[i + 2]) >= 0) {
       decoded += static_cast<char>(hexValue(encoded[i + 1]) * 16 + hexValue(encoded[i + 2]));
       i += 2;
     } else {

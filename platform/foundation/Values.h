@@ -44,7 +44,7 @@ class NSNumber final : public NSObject {
 /// An address in its text form (RFC 3986), always with a scheme.
 class NSURL final : public NSObject {
  public:
-  /// None when `text` is not an absolute URL: a scheme, a colon, and no blanks or control characters.
+  /// None when `text` is not an absolute URL: a scheme and a colon, then anything but blanks and control characters.
   static Strong<NSURL> URLWithString(std::string_view text);
   /// The `file:` URL of an absolute path. File names are bytes: every byte outside the unreserved set is
   /// percent-encoded, so that `path` gives back exactly the same bytes.

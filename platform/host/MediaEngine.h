@@ -17,19 +17,19 @@ struct TrackFacts {
 
 /// What one look into a media file told.
 struct MediaFacts {
-  bool readable = false;            ///< a media file whose structure could be read
-  bool hasProtectedContent = false; ///< holds encrypted tracks; told from the structure alone
+  bool readable = false;             ///< a media file whose structure could be read
+  bool hasProtectedContent = false;  ///< holds encrypted tracks; told from the structure alone
   /// The sound can be played: the first samples were decoded, or the file is a readable video without any sound
   /// track, which plays as silence.
   bool soundOpens = false;
-  double duration = 0.0;            ///< seconds up to the end of the longest track; always finite, 0 if unknown
-  std::vector<TrackFacts> tracks;   ///< in file order
+  double duration = 0.0;           ///< seconds up to the end of the longest track; always finite, 0 if unknown
+  std::vector<TrackFacts> tracks;  ///< in file order
 };
 
 /// One picture, ready to be shown: 32 bits a pixel, in memory blue, green, red, unused; already upright, of
 /// square pixels and scaled to fit the box that was asked for.
 struct Picture {
-  int width = 0;   ///< pixels
+  int width = 0;  ///< pixels
   int height = 0;
   int stride = 0;  ///< bytes from one row to the next
   const std::uint8_t* pixels = nullptr;

@@ -2,8 +2,8 @@
 
 #include "platform/foundation/DispatchQueue.h"
 
-void PopTip::show(const std::string& text, PopTipDirection direction, double maxWidth, const Strong<UIView>& container,
-                  CGRect sourceRect, std::optional<double> duration) {
+void PopTip::show(const std::string& text, PopTipDirection direction, double maxWidth,
+                  const Strong<UIView>& container, CGRect sourceRect, std::optional<double> duration) {
   text_ = text;
   direction_ = direction;
   maxWidth_ = maxWidth;

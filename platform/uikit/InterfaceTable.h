@@ -37,7 +37,8 @@ class InterfaceTable {
   template <class Entries>
   static const typename Entries::mapped_type& found(const Entries& entries, const std::string& name) {
     const auto entry = entries.find(name);
-    if (entry == entries.end()) fatalError("the interface resource names " + name + ", which its controller does not have");
+    if (entry == entries.end())
+      fatalError("the interface resource names " + name + ", which its controller does not have");
     return entry->second;
   }
 

@@ -45,9 +45,9 @@ std::optional<LayoutLength> LayoutLength::parse(std::string_view text) {
 }
 
 LayoutAxis::Span LayoutAxis::in(double parent) const {
-  if (centre && extent) return {centre->in(parent) - extent->in(parent) / 2, extent->in(parent)};
+  if (centre && extent) return {centre->in(parent)-extent->in(parent) / 2, extent->in(parent)};
   if (start && extent) return {start->in(parent), extent->in(parent)};
-  if (end && extent) return {parent - end->in(parent) - extent->in(parent), extent->in(parent)};
+  if (end && extent) return {parent - end->in(parent)-extent->in(parent), extent->in(parent)};
   const double from = start ? start->in(parent) : 0;
   const double to = parent - (end ? end->in(parent) : 0);
   return {from, to - from};

@@ -19,8 +19,8 @@ struct LayoutLength {
 /// Where a view lies in its parent along one axis. Two of start, end and extent fix it; with the extent and a centre
 /// it is centred.
 struct LayoutAxis {
-  std::optional<LayoutLength> start;   ///< from the parent's start
-  std::optional<LayoutLength> end;     ///< from the parent's end, inwards
+  std::optional<LayoutLength> start;  ///< from the parent's start
+  std::optional<LayoutLength> end;    ///< from the parent's end, inwards
   std::optional<LayoutLength> extent;
   std::optional<LayoutLength> centre;  ///< from the parent's start
   bool operator==(const LayoutAxis&) const = default;

@@ -15,8 +15,7 @@ void UIAlertController::pressAction(std::size_t index) {
 }
 
 void UIAlertController::pressCancel() {
-  const auto cancel = std::find_if(actions_.begin(), actions_.end(), [](const auto& action) {
-    return action->style() == UIAlertActionStyle::Cancel;
-  });
+  const auto cancel = std::find_if(actions_.begin(), actions_.end(),
+                                   [](const auto& action) { return action->style() == UIAlertActionStyle::Cancel; });
   pressAction(cancel == actions_.end() ? 0 : static_cast<std::size_t>(cancel - actions_.begin()));
 }

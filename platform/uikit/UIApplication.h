@@ -42,8 +42,7 @@ class UIApplication final : public UIResponder {
   Strong<UIWindow> keyWindow() const;
 
   /// Opens `url` outside the app. `completionHandler` (may be empty) hears in a later turn whether something took it.
-  void openURL_options_completionHandler(const Strong<NSURL>& url,
-                                         const std::map<std::string, std::string>& options,
+  void openURL_options_completionHandler(const Strong<NSURL>& url, const std::map<std::string, std::string>& options,
                                          std::function<void(bool)> completionHandler);
 
   /// Makes the delegate, the window and the root screen of the interface resource "Main", and lets them appear.

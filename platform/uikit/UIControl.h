@@ -21,13 +21,14 @@ class UIControl : public UIView {
   void addTarget_action_forControlEvents(const Strong<Target>& target,
                                          void (Target::*action)(const Strong<UIControl>& sender),
                                          UIControlEvents events) {
-    addAction(target, [raw = target.get(), action](const Strong<UIControl>& sender) { (raw->*action)(sender); },
-              events);
+    addAction(
+        target, [raw = target.get(), action](const Strong<UIControl>& sender) { (raw->*action)(sender); }, events);
   }
   template <class Target>
   void addTarget_action_forControlEvents(const Strong<Target>& target, void (Target::*action)(),
                                          UIControlEvents events) {
-    addAction(target, [raw = target.get(), action](const Strong<UIControl>&) { (raw->*action)(); }, events);
+    addAction(
+        target, [raw = target.get(), action](const Strong<UIControl>&) { (raw->*action)(); }, events);
   }
   void addAction(const Strong<NSObject>& target, Action action, UIControlEvents events);
 

@@ -9,7 +9,7 @@ class UITapGestureRecognizer final : public NSObject {
  public:
   template <class Target>
   static Strong<UITapGestureRecognizer> tapGestureRecognizerWithTarget_action(const Strong<Target>& target,
-                                                                               void (Target::*action)()) {
+                                                                              void (Target::*action)()) {
     return make<UITapGestureRecognizer>(target, [raw = target.get(), action] { (raw->*action)(); });
   }
 

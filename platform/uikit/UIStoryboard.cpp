@@ -286,8 +286,7 @@ Strong<UIViewController> UIStoryboard::instantiateViewController(const std::stri
 }
 
 UIStoryboard::Segue UIStoryboard::segue(const std::string& sceneClass, const std::string& identifier) const {
-  const auto found =
-      document_->scene(sceneClass).find_child_by_attribute("segue", "identifier", identifier.c_str());
+  const auto found = document_->scene(sceneClass).find_child_by_attribute("segue", "identifier", identifier.c_str());
   if (!found) stop("there is no segue " + identifier);
   return {found.attribute("destination").value(), oneOf(found.attribute("presentation"), presentationStyles)};
 }

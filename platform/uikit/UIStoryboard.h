@@ -11,13 +11,13 @@
 /// One `<scene class="..." [initial="true"]>` per screen. In it one element per view, named after its class
 /// (`UIView`, `UIImageView`, `UILabel`, `UIButton`, `UISlider`, `UITableView`), nested as the views are. Attributes:
 /// `id`; `outlet`; `tag`; `action`; `accessibilityLabel`; `hidden`; `clips`; `backgroundColor`, `textColor`,
-/// `tintColor` ("#RRGGBB" or "#RRGGBBAA"); `text`; `title`; `image`; `contentMode` (fill, fit, fillCropped); `fontSize`;
-/// `bold`; `alignment` (left, center, right); `cornerRadius`; `minimum`, `maximum`, `value`, `step`; `rowHeight`;
-/// `dataSource` and `delegate` (only "controller").
-/// Position: `left`, `right`, `width`, `centerX`, `top`, `bottom`, `height`, `centerY`, each a fraction of the
-/// parent plus points ("50% - 16"); a child element `<portrait .../>` or `<landscape .../>` replaces those that it
-/// names in that orientation. Besides views a scene holds `<segue identifier destination presentation/>` (destination
-/// is a scene's class, presentation `pageSheet` or `fullScreen`) and
+/// `tintColor` ("#RRGGBB" or "#RRGGBBAA"); `text`; `title`; `image`; `contentMode` (fill, fit, fillCropped);
+/// `fontSize`; `bold`; `alignment` (left, center, right); `cornerRadius`; `minimum`, `maximum`, `value`, `step`;
+/// `rowHeight`; `dataSource` and `delegate` (only "controller"). Position: `left`, `right`, `width`, `centerX`,
+/// `top`, `bottom`, `height`, `centerY`, each a fraction of the parent plus points ("50% - 16"); a child element
+/// `<portrait .../>` or `<landscape .../>` replaces those that it names in that orientation. Besides views a scene
+/// holds `<segue identifier destination presentation/>` (destination is a scene's class, presentation `pageSheet` or
+/// `fullScreen`) and
 /// `<film number view overlay playPause close position volume/>`, which name views by their `id`.
 ///
 /// The resource is part of the program: whatever is wrong in it stops the app.

@@ -96,8 +96,8 @@ void UIWindow::present(const Strong<UIViewController>& presenter, const Strong<U
 
 void UIWindow::dismiss(const Strong<UIViewController>& controller, bool animated, std::function<void()> completion) {
   if (!isShown(*controller) || controller == root_) return;
-  waiting_.push_back(
-      {Waiting::Kind::Dismissal, controller->presentingViewController(), controller, animated, std::move(completion)});
+  waiting_.push_back({Waiting::Kind::Dismissal, controller->presentingViewController(), controller, animated,
+                      std::move(completion)});
   startWaiting();
 }
 
@@ -113,7 +113,8 @@ void UIWindow::startWaiting() {
   std::erase_if(waiting_, [this](const Waiting& each) {
     return each.kind == Waiting::Kind::Dismissal ? !isShown(*each.controller) : each.presenter.expired();
   });
-  const auto next = std::find_if(waiting_.begin(), waiting_.end(), [this](const Waiting& each) { return canStart(each); });
+  const auto next =
+      std::find_if(waiting_.begin(), waiting_.end(), [this](const Waiting& each) { return canStart(each); });
   if (next == waiting_.end()) return;
   Waiting work = std::move(*next);
   waiting_.erase(next);

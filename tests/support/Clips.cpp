@@ -59,10 +59,19 @@ std::string clip(const std::string& name, const std::vector<std::string>& argume
 std::string film(const std::string& name, int width, int height, double seconds, int toneHertz, int channels) {
   const std::string length = std::to_string(seconds);
   const std::string size = std::to_string(width) + "x" + std::to_string(height);
-  return clip(name, {"-f", "lavfi", "-i", "testsrc2=size=" + size + ":rate=30:duration=" + length,
-                     "-f", "lavfi", "-i", "sine=frequency=" + std::to_string(toneHertz) + ":sample_rate=48000:duration=" + length,
-                     "-c:v", "libx264", "-preset", "ultrafast", "-pix_fmt", "yuv420p", "-g", "30",
-                     "-c:a", "aac", "-b:a", "128k", "-ac", std::to_string(channels), "-movflags", "+faststart"});
+  return clip(name,
+              {"-f",        "lavfi",
+               "-i",        "testsrc2=size=" + size + ":rate=30:duration=" + length,
+               "-f",        "lavfi",
+               "-i",        "sine=frequency=" + std::to_string(toneHertz) + ":sample_rate=48000:duration=" + length,
+               "-c:v",      "libx264",
+               "-preset",   "ultrafast",
+               "-pix_fmt",  "yuv420p",
+               "-g",        "30",
+               "-c:a",      "aac",
+               "-b:a",      "128k",
+               "-ac",       std::to_string(channels),
+               "-movflags", "+faststart"});
 }
 
 std::string truncated(const std::string& path, const std::string& name, long bytes) {

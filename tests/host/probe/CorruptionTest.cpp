@@ -15,7 +15,9 @@ constexpr double patience = 5.0;
 /// Changes up to 16 bytes anywhere, or cuts the end off. The headers are a small part of a file, so that every
 /// second round keeps to the first and last 2000 bytes.
 void damage(std::string& bytes, std::mt19937& random, bool headersOnly) {
-  const auto below = [&](std::size_t limit) { return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random); };
+  const auto below = [&](std::size_t limit) {
+    return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random);
+  };
   for (std::size_t count = 1 + below(16); count > 0; --count) {
     const std::size_t span = headersOnly ? std::min<std::size_t>(2000, bytes.size()) : bytes.size();
     const std::size_t offset = below(span);
@@ -49,7 +51,8 @@ TEST_P(DamagedFile, IsLookedIntoWithoutHarm) {
     const auto still = probe::representativeStill(path, 32, patience);
     if (!still) continue;
     EXPECT_LE(std::max(still->width, still->height), 32);
-    EXPECT_EQ(still->bgrx.size(), static_cast<std::size_t>(still->width) * static_cast<std::size_t>(still->height) * 4);
+    EXPECT_EQ(still->bgrx.size(),
+              static_cast<std::size_t>(still->width) * static_cast<std::size_t>(still->height) * 4);
   }
 }
 

@@ -31,36 +31,48 @@ bool isBlue(const Colour& colour) {
 
 /// Red on the left, blue on the right.
 std::string twoColours() {
-  return clips::clip("probe-two-colours.mp4",
-                     {"-f", "lavfi", "-i", "color=red:size=160x120:rate=10:duration=2,drawbox=x=80:w=80:color=blue:t=fill",
-                      "-pix_fmt", "yuv420p"});
+  return clips::clip(
+      "probe-two-colours.mp4",
+      {"-f", "lavfi", "-i", "color=red:size=160x120:rate=10:duration=2,drawbox=x=80:w=80:color=blue:t=fill",
+       "-pix_fmt", "yuv420p"});
 }
 
-std::string turned(const std::string& degrees) {
-  return clips::clip("probe-turned-" + degrees + ".mp4",
-                     {"-i", twoColours(), "-c", "copy", "-metadata:s:v", "rotate=" + degrees});
+/// `twoColours` with another matrix in its track header (ISO/IEC 14496-12, 8.3.2), of which these are the four
+/// numbers that turn: (across, down) is shown at (a * across + c * down, b * across + d * down).
+std::string turned(const TemporaryFolder& folder, int a, int b, int c, int d) {
+  std::string bytes = contentsOf(twoColours());
+  const auto matrix = bytes.find("tkhd") + 44;
+  const auto put = [&](std::size_t index, int factor) {
+    const auto fixedPoint = static_cast<std::uint32_t>(factor) << 16U;
+    for (unsigned i = 0; i < 4; ++i)
+      bytes[matrix + index * 4 + i] = static_cast<char>(fixedPoint >> (24U - 8U * i) & 0xFFU);
+  };
+  put(0, a);
+  put(1, b);
+  put(3, c);
+  put(4, d);
+  return folder.write("turned.mp4", bytes);
 }
 
 /// A moving picture for ten seconds, covered by `colour` while `time`.
 std::string covered(const std::string& name, const std::string& colour, const std::string& time) {
-  return clips::clip(name, {"-f", "lavfi", "-i",
-                            "testsrc2=size=160x120:rate=10:duration=10,drawbox=color=" + colour +
-                                ":t=fill:enable='" + time + "'",
-                            "-g", "10", "-pix_fmt", "yuv420p"});
+  return clips::clip(
+      name, {"-f", "lavfi", "-i",
+             "testsrc2=size=160x120:rate=10:duration=10,drawbox=color=" + colour + ":t=fill:enable='" + time + "'",
+             "-g", "10", "-pix_fmt", "yuv420p"});
 }
 
 std::optional<probe::Still> stillOf(const std::string& path, int largestSide) {
   return probe::representativeStill(path, largestSide, patience);
 }
 
-/// How much light there is, and how many of the pixels differ from the first one.
 bool isOneColour(const probe::Still& still) {
   const Colour first = colourAt(still, 0, 0);
   for (double down = 0.05; down < 1; down += 0.1) {
     for (double across = 0.05; across < 1; across += 0.1) {
       const Colour other = colourAt(still, across, down);
-      const int difference = std::abs(other.red - first.red) + std::abs(other.green - first.green) +
-                             std::abs(other.blue - first.blue);
+      const int difference =
+          std::abs(other.red - first.red) + std::abs(other.green - first.green) + std::abs(other.blue - first.blue);
       if (difference > 24) return false;
     }
   }
@@ -79,7 +91,8 @@ TEST(Still, HasTheFilmsColours) {
 }
 
 TEST(Still, FitsIntoItsBoxAlsoWhereItIsHigh) {
-  const auto still = stillOf(turned("90"), 80);
+  const TemporaryFolder folder;
+  const auto still = stillOf(turned(folder, 0, 1, -1, 0), 80);
   ASSERT_TRUE(still);
   EXPECT_EQ(still->width, 60);
   EXPECT_EQ(still->height, 80);
@@ -93,7 +106,8 @@ TEST(Still, IsNotEnlarged) {
 }
 
 TEST(Still, OfAPhoneHeldUprightStandsUpright) {
-  const auto still = stillOf(turned("90"), 160);
+  const TemporaryFolder folder;
+  const auto still = stillOf(turned(folder, 0, 1, -1, 0), 160);
   ASSERT_TRUE(still);
   EXPECT_EQ(still->width, 120);
   EXPECT_TRUE(isRed(colourAt(*still, 0.5, 0.25)));
@@ -101,7 +115,8 @@ TEST(Still, OfAPhoneHeldUprightStandsUpright) {
 }
 
 TEST(Still, OfAPhoneHeldTheOtherWayStandsUpright) {
-  const auto still = stillOf(turned("270"), 160);
+  const TemporaryFolder folder;
+  const auto still = stillOf(turned(folder, 0, -1, 1, 0), 160);
   ASSERT_TRUE(still);
   EXPECT_EQ(still->width, 120);
   EXPECT_TRUE(isBlue(colourAt(*still, 0.5, 0.25)));
@@ -109,23 +124,36 @@ TEST(Still, OfAPhoneHeldTheOtherWayStandsUpright) {
 }
 
 TEST(Still, OfAPhoneHeldUpsideDownStandsUpright) {
-  const auto still = stillOf(turned("180"), 160);
+  const TemporaryFolder folder;
+  const auto still = stillOf(turned(folder, -1, 0, 0, -1), 160);
   ASSERT_TRUE(still);
   EXPECT_EQ(still->width, 160);
   EXPECT_TRUE(isBlue(colourAt(*still, 0.25, 0.5)));
   EXPECT_TRUE(isRed(colourAt(*still, 0.75, 0.5)));
 }
 
+TEST(Still, OfAFrontCameraIsMirroredAsTheFilmIs) {
+  const TemporaryFolder folder;
+  const auto upsideDown = stillOf(turned(folder, 1, 0, 0, -1), 160);
+  ASSERT_TRUE(upsideDown);
+  EXPECT_TRUE(isRed(colourAt(*upsideDown, 0.25, 0.5)));
+  const auto sidewaysDown = stillOf(turned(folder, -1, 0, 0, 1), 160);
+  ASSERT_TRUE(sidewaysDown);
+  EXPECT_TRUE(isBlue(colourAt(*sidewaysDown, 0.25, 0.5)));
+}
+
 TEST(Still, OfAnamorphicPicturesHasSquarePixels) {
-  const auto wide = stillOf(clips::clip("probe-wide-pixels.mp4", {"-f", "lavfi", "-i", "testsrc2=size=72x58:duration=1",
-                                                                  "-vf", "setsar=2/1", "-pix_fmt", "yuv420p"}),
-                            1024);
+  const auto wide =
+      stillOf(clips::clip("probe-wide-pixels.mp4", {"-f", "lavfi", "-i", "testsrc2=size=72x58:duration=1", "-vf",
+                                                    "setsar=2/1", "-pix_fmt", "yuv420p"}),
+              1024);
   ASSERT_TRUE(wide);
   EXPECT_EQ(wide->width, 144);
   EXPECT_EQ(wide->height, 58);
-  const auto high = stillOf(clips::clip("probe-high-pixels.mp4", {"-f", "lavfi", "-i", "testsrc2=size=72x58:duration=1",
-                                                                  "-vf", "setsar=1/2", "-pix_fmt", "yuv420p"}),
-                            1024);
+  const auto high =
+      stillOf(clips::clip("probe-high-pixels.mp4", {"-f", "lavfi", "-i", "testsrc2=size=72x58:duration=1", "-vf",
+                                                    "setsar=1/2", "-pix_fmt", "yuv420p"}),
+              1024);
   ASSERT_TRUE(high);
   EXPECT_EQ(high->width, 72);
   EXPECT_EQ(high->height, 116);
@@ -176,8 +204,8 @@ TEST(Still, IsMissingForWhatIsNoFilm) {
 }
 
 TEST(Still, IsMissingWhereTheSamplesAreCutOff) {
-  const std::string whole = clips::clip("probe-still-header-first.mp4",
-                                        {"-i", twoColours(), "-c", "copy", "-movflags", "+faststart"});
+  const std::string whole =
+      clips::clip("probe-still-header-first.mp4", {"-i", twoColours(), "-c", "copy", "-movflags", "+faststart"});
   const auto samples = static_cast<long>(contentsOf(whole).find("mdat"));
   EXPECT_EQ(stillOf(clips::truncated(whole, "probe-still-header-only.mp4", samples + 8), 160), std::nullopt);
 }

@@ -17,12 +17,18 @@ TEST(LineOfText, TakesBlanksFromBothEnds) {
 }
 
 TEST(LineOfText, MakesControlCharactersBlanks) {
-  EXPECT_EQ(lineOfText("a\nb\tc\x7F" "d\xC2\x85" "e\xE2\x80\xA8" "f"), "a b c d e f");
+  EXPECT_EQ(lineOfText("a\nb\tc\x7F"
+                       "d\xC2\x85"
+                       "e\xE2\x80\xA8"
+                       "f"),
+            "a b c d e f");
 }
 
 TEST(LineOfText, ReplacesEachByteThatIsNoText) {
   const std::string none = "\xEF\xBF\xBD";
-  EXPECT_EQ(lineOfText("a\xFF" "b"), "a" + none + "b");
+  EXPECT_EQ(lineOfText("a\xFF"
+                       "b"),
+            "a" + none + "b");
   EXPECT_EQ(lineOfText("\xC3"), none);
   EXPECT_EQ(lineOfText("\xE2\x82"), none + none);
   EXPECT_EQ(lineOfText("\xC0\xAF"), none + none);

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+namespace desktop {
+
+/// Where the app keeps its files, per the XDG Base Directory Specification. The folders exist when these return.
+
+/// The user defaults: `$XDG_CONFIG_HOME/quillop`.
+QString configurationFolder();
+/// What is kept but means nothing to the user, such as the window's place: `$XDG_STATE_HOME/quillop`.
+QString stateFolder();
+/// What can be made again at any time: `$XDG_CACHE_HOME/quillop`.
+QString cacheFolder();
+/// Sockets: `$XDG_RUNTIME_DIR/quillop`, else a folder of the user's own among the temporary files.
+QString runtimeFolder();
+
+}  // namespace desktop

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "hosts/gstreamer/Handles.h"
+
+#include <functional>
+#include <string>
+
+namespace gstreamer {
+
+/// What becomes of the decoded stream of one kind: the end of a pipeline. Used by the thread that builds the pipeline,
+/// unless stated otherwise, and for one pipeline only.
+class Branch {
+ public:
+  virtual ~Branch() = default;
+
+  /// The kind of stream that the branch takes.
+  virtual GstStreamType kind() const = 0;
+  /// Puts the branch's elements into `pipeline`. False, with a reason, when one of them does not exist.
+  virtual bool build(GstBin& pipeline, std::string& reason) = 0;
+  /// The element that decoded data goes into, and the one where it ends.
+  virtual GstElement& entry() = 0;
+  virtual GstElement& sink() = 0;
+  /// Whether the branch wants a buffer of encoded data before the decoder, so that a slow disk is not heard.
+  virtual bool readsAhead() const = 0;
+  /// Whether what arrives at the sink while the pipeline stands still is to be put up: true around opening and
+  /// seeking, false after a pause, when it is what would come next.
+  virtual void expectStill(bool expected) = 0;
+  /// A frame was dropped, here or in a decoder. Any thread.
+  virtual void countDropped() = 0;
+};
+
+}  // namespace gstreamer

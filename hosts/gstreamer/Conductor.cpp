@@ -1,0 +1,116 @@
+#include "hosts/gstreamer/Conductor.h"
+
+#include <algorithm>
+
+namespace gstreamer {
+
+namespace {
+
+/// Between the decision to start and the first sample and picture: long enough for every pipeline to be told, too
+/// short to be noticed after a tap.
+constexpr double upbeat = 0.02;
+
+}  // namespace
+
+Conductor::Conductor(std::shared_ptr<Surroundings> surroundings) : surroundings_(std::move(surroundings)) {}
+
+void Conductor::perform(const Transaction& transaction) {
+  if (ending_) return;
+  std::vector<std::shared_ptr<Deck>> starting;
+  for (const auto& [deck, order] : transaction) {
+    if (std::find(decks_.begin(), decks_.end(), deck) == decks_.end()) decks_.push_back(deck);
+    leaveGroup(*deck);
+    deck->apply(order);
+    if (deck->waitsForStart()) starting.push_back(deck);
+  }
+  if (!starting.empty()) startTogether(std::move(starting));
+}
+
+void Conductor::leaveGroup(const Deck& deck) {
+  const auto old = groups_;
+  for (const auto& group : old) {
+    const auto left = std::erase_if(group->decks, [&deck](const auto& member) { return member.get() == &deck; });
+    if (left > 0) tryStart(group);
+  }
+}
+
+void Conductor::startTogether(std::vector<std::shared_ptr<Deck>> decks) {
+  const auto group = std::make_shared<Group>(Group{now(), std::move(decks)});
+  groups_.push_back(group);
+  for (const double patience : {surroundings_->options.soundPatience, surroundings_->options.picturePatience}) {
+    surroundings_->engine->postAt(group->made + nanoseconds(patience),
+                                  [self = weak_from_this(), weak = std::weak_ptr(group)] {
+                                    const auto conductor = self.lock();
+                                    const auto waiting = weak.lock();
+                                    if (conductor && waiting) conductor->tryStart(waiting);
+                                  });
+  }
+  tryStart(group);
+}
+
+double Conductor::patienceWith(const Deck& deck) const {
+  const Options& options = surroundings_->options;
+  return deck.kind() == Deck::Kind::Sound ? options.soundPatience : options.picturePatience;
+}
+
+bool Conductor::isComplete(const Group& group) const {
+  const double age = seconds(now() - group.made);
+  return std::all_of(group.decks.begin(), group.decks.end(), [&](const auto& deck) {
+    return deck->isReady() || !deck->waitsForStart() || age >= patienceWith(*deck);
+  });
+}
+
+void Conductor::tryStart(const std::shared_ptr<Group>& group) {
+  if (!isComplete(*group)) return;
+  const Instant instant = now() + nanoseconds(upbeat);
+  const auto decks = std::move(group->decks);
+  group->decks.clear();
+  std::erase(groups_, group);
+  for (const auto& deck : decks) {
+    if (deck->waitsForStart()) deck->start(instant);
+  }
+}
+
+void Conductor::deckIsReady(Deck& deck) {
+  const auto groups = groups_;
+  for (const auto& group : groups) {
+    const bool member = std::any_of(group->decks.begin(), group->decks.end(),
+                                    [&deck](const auto& candidate) { return candidate.get() == &deck; });
+    if (member) tryStart(group);
+  }
+}
+
+void Conductor::close(const std::shared_ptr<Deck>& deck) {
+  leaveGroup(*deck);
+  std::erase(decks_, deck);
+  closing_.push_back(deck);
+  deck->close([self = weak_from_this(), weak = std::weak_ptr(deck)] {
+    const auto conductor = self.lock();
+    const auto closed = weak.lock();
+    if (!conductor || !closed) return;
+    std::erase(conductor->closing_, closed);
+    if (conductor->ending_) conductor->closeAll();
+  });
+}
+
+void Conductor::closeAll() {
+  ending_ = true;
+  const auto open = decks_;
+  for (const auto& deck : open) close(deck);
+  if (!closing_.empty()) return;
+  const std::lock_guard lock(mutex_);
+  allClosed_ = true;
+  changed_.notify_all();
+}
+
+void Conductor::abandonClosing() {
+  for (const auto& deck : closing_) deck->abandon();
+  closing_.clear();
+}
+
+bool Conductor::waitUntilAllClosed(double patience) {
+  std::unique_lock lock(mutex_);
+  return changed_.wait_for(lock, std::chrono::nanoseconds(nanoseconds(patience)), [this] { return allClosed_; });
+}
+
+}  // namespace gstreamer

@@ -1,0 +1,156 @@
+#pragma once
+
+#include "hosts/gstreamer/FactsCache.h"
+#include "hosts/gstreamer/Options.h"
+#include "hosts/gstreamer/Pipeline.h"
+#include "hosts/gstreamer/PictureBoard.h"
+#include "hosts/gstreamer/PictureMaker.h"
+#include "hosts/gstreamer/TaskThread.h"
+#include "hosts/gstreamer/Timeline.h"
+#include "platform/host/MainLoop.h"
+#include "platform/host/MediaEngine.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace gstreamer {
+
+class Deck;
+
+/// What one player was told to do in one turn, everything together.
+struct Order {
+  bool prepares = false;
+  bool stops = false;
+  std::optional<bool> plays;
+  /// Where the player is to be: the target of a seek, or where a pause found it.
+  std::optional<double> position;
+  bool seeks = false;
+  std::uint64_t announcement = 0;
+  std::optional<double> pan;
+  std::optional<double> volume;
+};
+
+/// What all players of an engine share.
+struct Surroundings {
+  Options options;
+  host::MainLoop& mainLoop;
+  std::shared_ptr<FactsCache> facts;
+  /// The engine's thread.
+  std::shared_ptr<TaskQueue> engine;
+  /// A deck became ready to start. Engine's thread.
+  std::function<void(Deck&)> deckIsReady;
+};
+
+/// One player behind its main-thread face: keeps the timeline, and makes its pipeline follow it. Everything runs on
+/// the engine's thread, which never waits; the pipeline's operations run on a thread of the deck's own, one at a time.
+///
+/// The timeline does not depend on the pipeline. A sound device that fails leaves a film that runs on in silence, and
+/// a film without sound is a deck without a pipeline.
+class Deck final : public std::enable_shared_from_this<Deck> {
+ public:
+  enum class Kind { Picture, Sound };
+
+  struct Setup {
+    Kind kind = Kind::Picture;
+    std::string url;
+    std::string path;
+    std::shared_ptr<Timeline> timeline;
+    std::weak_ptr<host::PlayerEvents> events;
+    std::shared_ptr<PictureBoard> board;  ///< of pictures only
+  };
+
+  Deck(std::shared_ptr<Surroundings> surroundings, Setup setup);
+
+  Kind kind() const { return setup_.kind; }
+  /// Carries out what needs no agreement with other decks. Whether the deck is to start follows from `waitsForStart`.
+  void apply(const Order& order);
+  /// Is to run, and its timeline does not yet.
+  bool waitsForStart() const { return shallRun_ && !running_ && !closing_; }
+  /// The pipeline stands at the timeline's position, or there is none to wait for.
+  bool isReady() const;
+  /// The timeline runs from `instant`; a pipeline that is not ready follows as soon as it is.
+  void start(Instant instant);
+  /// Ends everything. `closed` is called, on the engine's thread, when the last of the pipeline is gone.
+  void close(std::function<void()> closed);
+  /// Leaves the deck's thread to itself, which is stuck closing the pipeline.
+  void abandon() { worker_.end(0.0); }
+
+ private:
+  using Work = std::function<bool(Pipeline&)>;
+
+  bool hasPipeline() const { return pipeline_ != nullptr; }
+  bool wantsPipeline() const;
+  void reorient(const Order& order);
+  void moveTo(double position);
+  void standStill(double position);
+  void advance();
+  void learn();
+  void learned(const host::MediaFacts& facts);
+  void openPipeline();
+  std::unique_ptr<Branch> makeBranch() const;
+  void dropPipeline();
+  void pausePipeline();
+  void seekPipeline();
+  void submit(Work work);
+  void finished(bool well);
+  void inspect();
+  void handle(const Trouble& trouble);
+  void loseSound();
+  void retrySound();
+  void drained();
+  double position() const;
+  void fail();
+  void join();
+  void runPipeline();
+  void expectEnd();
+  void reachEnd();
+  void post(std::function<void()> host::PlayerEvents::*event);
+  /// `task` on the engine's thread at `time`, unless the deck is gone by then.
+  void later(Instant time, void (Deck::*task)());
+  double pipelineTarget(double position) const;
+
+  std::shared_ptr<Surroundings> surroundings_;
+  Setup setup_;
+  std::shared_ptr<PictureMaker> maker_;
+
+  // What was commanded.
+  bool wanted_ = false;
+  bool shallRun_ = false;
+  double pan_ = 0.0;
+  double volume_ = 1.0;
+
+  // What the timeline does.
+  bool running_ = false;
+  Instant runningSince_ = 0;
+  double runningFrom_ = 0.0;
+  double heldAt_ = 0.0;
+  std::uint64_t run_ = 0;  ///< counts the starts, so that a timer knows whether it is still meant
+  bool atEnd_ = false;
+
+  // What is known of the file.
+  bool learned_ = false;
+  bool hasStream_ = false;
+  bool broken_ = false;
+
+  // What the pipeline does.
+  std::shared_ptr<Pipeline> pipeline_;
+  bool busy_ = false;
+  bool pipelineRuns_ = false;
+  Hardware hardware_ = Hardware::Preferred;
+  bool soundLost_ = false;
+  /// Where the pipeline has to be brought before it is ready.
+  std::optional<double> aim_;
+  std::optional<double> previewed_;
+  double standsAt_ = 0.0;
+  Instant lastTarget_ = 0;
+  Instant settlesAt_ = 0;
+  int catchingUp_ = 0;
+  bool closing_ = false;
+
+  /// Last, so that its thread ends first.
+  TaskThread worker_;
+};
+
+}  // namespace gstreamer

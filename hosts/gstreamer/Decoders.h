@@ -1,0 +1,23 @@
+#pragma once
+
+#include "hosts/gstreamer/Handles.h"
+
+#include <string>
+#include <vector>
+
+namespace gstreamer {
+
+enum class Hardware { Preferred, Avoided };
+
+/// The factories of decoders that take `caps`, the best first, which puts hardware decoders before software where
+/// there are any.
+std::vector<std::string> decodersFor(const GstCaps& caps, Hardware hardware);
+
+/// Whether decoding is done by a chip of its own (or another program that stands for one), and may therefore fail for
+/// reasons that do not lie in the media.
+bool isHardwareDecoder(GstElement& element);
+
+/// Gives a software decoder as many threads as it needs for `caps`: each further one costs time on all of them.
+void limitThreads(GstElement& decoder, const GstCaps& caps);
+
+}  // namespace gstreamer

@@ -1,0 +1,67 @@
+#include "hosts/gstreamer/Engine.h"
+
+#include "hosts/gstreamer/Players.h"
+#include "hosts/probe/MediaProbe.h"
+
+#include <utility>
+
+namespace gstreamer {
+
+namespace {
+
+host::MediaFacts lookInto(const std::string& path, double deadline) { return probe::look(path, deadline).media; }
+
+class Engine final : public host::MediaEngine {
+ public:
+  Engine(host::MainLoop& mainLoop, Options options)
+      : facts_(std::make_shared<FactsCache>(lookInto, options.factsDeadline)),
+        thread_("film-engine"),
+        closingPatience_(options.closingPatience),
+        surroundings_(std::make_shared<Surroundings>(
+            Surroundings{std::move(options), mainLoop, facts_, thread_.queue(), {}})) {
+    conductor_ = std::make_shared<Conductor>(surroundings_);
+    surroundings_->deckIsReady = [weak = std::weak_ptr(conductor_)](Deck& deck) {
+      if (const auto conductor = weak.lock()) conductor->deckIsReady(deck);
+    };
+    turn_ = std::make_shared<Turn>(conductor_, thread_.queue());
+    // More than once does no harm. The first time after plugins were installed GStreamer starts a process that loads
+    // each of them, and writes what it found into a registry in the user's cache folder.
+    thread_.queue()->post([] { gst_init(nullptr, nullptr); });
+  }
+
+  ~Engine() override {
+    thread_.queue()->post([conductor = conductor_] { conductor->closeAll(); });
+    if (conductor_->waitUntilAllClosed(closingPatience_)) return;
+    thread_.queue()->post([conductor = conductor_] { conductor->abandonClosing(); });
+    thread_.end(closingPatience_);
+  }
+
+  void expect(const std::string& url) override { facts_->expect(url); }
+  host::MediaFacts facts(const std::string& url) override { return facts_->facts(url); }
+
+  std::unique_ptr<host::PicturePlayer> openPicture(const std::string& url, host::PlayerEvents events) override {
+    return makePicturePlayer(turn_, surroundings_, url, std::move(events));
+  }
+
+  std::unique_ptr<host::SoundPlayer> openSound(const std::string& url, host::PlayerEvents events) override {
+    return makeSoundPlayer(turn_, surroundings_, url, std::move(events));
+  }
+
+  void commit() override { turn_->commit(); }
+
+ private:
+  std::shared_ptr<FactsCache> facts_;
+  TaskThread thread_;
+  double closingPatience_;
+  std::shared_ptr<Surroundings> surroundings_;
+  std::shared_ptr<Conductor> conductor_;
+  std::shared_ptr<Turn> turn_;
+};
+
+}  // namespace
+
+std::unique_ptr<host::MediaEngine> makeEngine(host::MainLoop& mainLoop, Options options) {
+  return std::make_unique<Engine>(mainLoop, std::move(options));
+}
+
+}  // namespace gstreamer

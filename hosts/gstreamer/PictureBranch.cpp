@@ -1,0 +1,97 @@
+#include "hosts/gstreamer/PictureBranch.h"
+
+#include <gst/app/gstappsink.h>
+
+#include <utility>
+
+namespace gstreamer {
+
+namespace {
+
+/// Decoded frames that wait for their time. Enough for a key frame that takes long to decode; each is some megabytes.
+constexpr guint decodedAhead = 3;
+/// A frame that is later than this is skipped, and the decoder is told.
+constexpr gint64 tolerableLateness = 40 * GST_MSECOND;
+
+}  // namespace
+
+PictureBranch::PictureBranch(std::shared_ptr<PictureMaker> maker, std::shared_ptr<PictureBoard> board)
+    : maker_(std::move(maker)), board_(std::move(board)) {}
+
+bool PictureBranch::build(GstBin& pipeline, std::string& reason) {
+  queue_ = makeElement("queue");
+  const Element deinterlace = makeElement("deinterlace");
+  const Element convert = makeElement("videoconvert");
+  sink_ = makeElement("appsink");
+  if (!queue_ || !deinterlace || !convert || !sink_) {
+    reason = "an element for pictures is missing (queue, deinterlace, videoconvert or appsink)";
+    return false;
+  }
+  g_object_set(queue_.get(), "max-size-buffers", decodedAhead, "max-size-bytes", 0U, "max-size-time", guint64{0},
+               nullptr);
+  configureSink();
+  gst_bin_add_many(&pipeline, queue_.get(), deinterlace.get(), convert.get(), sink_.get(), nullptr);
+  if (!gst_element_link_many(queue_.get(), deinterlace.get(), convert.get(), sink_.get(), nullptr)) {
+    reason = "the elements for pictures do not fit together";
+    return false;
+  }
+  watchSink();
+  return true;
+}
+
+void PictureBranch::configureSink() {
+  const Caps caps(gst_caps_from_string((std::string("video/x-raw, format=") + takenFormats).c_str()));
+  g_object_set(sink_.get(), "caps", caps.get(), "max-buffers", 1U, "max-lateness", tolerableLateness, "qos", TRUE,
+               "enable-last-sample", FALSE, nullptr);
+  GstAppSinkCallbacks callbacks{};
+  callbacks.new_preroll = [](GstAppSink* sink, gpointer branch) {
+    Sample frame(gst_app_sink_pull_preroll(sink));
+    auto& self = *static_cast<PictureBranch*>(branch);
+    if (self.expectsStill_) self.take(std::move(frame));
+    return GST_FLOW_OK;
+  };
+  callbacks.new_sample = [](GstAppSink* sink, gpointer branch) {
+    static_cast<PictureBranch*>(branch)->take(Sample(gst_app_sink_pull_sample(sink)));
+    return GST_FLOW_OK;
+  };
+  gst_app_sink_set_callbacks(GST_APP_SINK(sink_.get()), &callbacks, this, nullptr);
+}
+
+void PictureBranch::watchSink() {
+  const Pad pad(gst_element_get_static_pad(sink_.get(), "sink"));
+  const auto kinds = static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM |
+                                                  GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM | GST_PAD_PROBE_TYPE_PUSH);
+  gst_pad_add_probe(pad.get(), kinds, seeItem, this, nullptr);
+}
+
+void PictureBranch::take(Sample frame) {
+  if (frame) maker_->take(std::move(frame), orientation_);
+}
+
+GstPadProbeReturn PictureBranch::seeItem(GstPad*, GstPadProbeInfo* info, gpointer branch) {
+  auto& self = *static_cast<PictureBranch*>(branch);
+  if (GST_IS_QUERY(info->data)) {
+    GstQuery* query = GST_PAD_PROBE_INFO_QUERY(info);
+    if (GST_QUERY_TYPE(query) != GST_QUERY_ALLOCATION) return GST_PAD_PROBE_OK;
+    // Whoever does not say that it reads a frame's own strides and offsets is given a copy of each frame by the
+    // decoders of libav; the application sink of GStreamer 1.22 does not say it.
+    gst_query_add_allocation_meta(query, GST_VIDEO_META_API_TYPE, nullptr);
+    return GST_PAD_PROBE_HANDLED;
+  }
+  GstEvent* event = GST_PAD_PROBE_INFO_EVENT(info);
+  if (event && GST_EVENT_TYPE(event) == GST_EVENT_TAG) {
+    GstTagList* tags = nullptr;
+    gst_event_parse_tag(event, &tags);
+    if (tags) self.seeTags(*tags);
+  }
+  return GST_PAD_PROBE_OK;
+}
+
+void PictureBranch::seeTags(const GstTagList& tags) {
+  gchar* name = nullptr;
+  if (!gst_tag_list_get_string(&tags, GST_TAG_IMAGE_ORIENTATION, &name)) return;
+  const Text owned(name);
+  orientation_ = Orientation::named(owned.get());
+}
+
+}  // namespace gstreamer

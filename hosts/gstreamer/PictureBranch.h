@@ -1,0 +1,40 @@
+#pragma once
+
+#include "hosts/gstreamer/Branch.h"
+#include "hosts/gstreamer/PictureMaker.h"
+
+#include <atomic>
+#include <memory>
+
+namespace gstreamer {
+
+/// Frames at their time, deinterlaced, as pictures on the board.
+class PictureBranch final : public Branch {
+ public:
+  PictureBranch(std::shared_ptr<PictureMaker> maker, std::shared_ptr<PictureBoard> board);
+
+  GstStreamType kind() const override { return GST_STREAM_TYPE_VIDEO; }
+  bool build(GstBin& pipeline, std::string& reason) override;
+  GstElement& entry() override { return *queue_; }
+  GstElement& sink() override { return *sink_; }
+  bool readsAhead() const override { return false; }
+  void expectStill(bool expected) override { expectsStill_ = expected; }
+  void countDropped() override { board_->countDropped(); }
+
+ private:
+  void configureSink();
+  void watchSink();
+  void take(Sample frame);
+  static GstPadProbeReturn seeItem(GstPad* pad, GstPadProbeInfo* info, gpointer branch);
+  void seeTags(const GstTagList& tags);
+
+  std::shared_ptr<PictureMaker> maker_;
+  std::shared_ptr<PictureBoard> board_;
+  Element queue_;
+  Element sink_;
+  std::atomic<bool> expectsStill_ = true;
+  /// Written and read by the thread that the frames come on.
+  Orientation orientation_;
+};
+
+}  // namespace gstreamer

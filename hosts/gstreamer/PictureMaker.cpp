@@ -1,0 +1,330 @@
+#include "hosts/gstreamer/PictureMaker.h"
+
+#include <libyuv.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace gstreamer {
+
+const char* const takenFormats =
+    "{ I420, YV12, NV12, NV21, Y42B, Y444, GRAY8, I420_10LE, I422_10LE, P010_10LE, BGRx, BGRA }";
+
+namespace {
+
+constexpr int bytesPerPixel = 4;
+/// Rows begin where the widest vector instructions like them to.
+constexpr int rowAlignment = 64;
+
+int strideOf(int width) { return (width * bytesPerPixel + rowAlignment - 1) / rowAlignment * rowAlignment; }
+
+int halfOf(int size) { return (size + 1) / 2; }
+
+/// Bilinear: at the usual reduction of a film to its half of the screen it costs a quarter of the box filter.
+constexpr libyuv::FilterMode filter = libyuv::kFilterBilinear;
+
+const libyuv::YuvConstants& constantsOf(const GstVideoColorimetry& colour) {
+  const bool full = colour.range == GST_VIDEO_COLOR_RANGE_0_255;
+  switch (colour.matrix) {
+    case GST_VIDEO_COLOR_MATRIX_BT709:
+    case GST_VIDEO_COLOR_MATRIX_SMPTE240M:
+      return full ? libyuv::kYuvF709Constants : libyuv::kYuvH709Constants;
+    case GST_VIDEO_COLOR_MATRIX_BT2020:
+      return full ? libyuv::kYuvV2020Constants : libyuv::kYuv2020Constants;
+    default:
+      return full ? libyuv::kYuvJPEGConstants : libyuv::kYuvI601Constants;
+  }
+}
+
+struct Plane {
+  const std::uint8_t* data = nullptr;
+  int stride = 0;  ///< bytes
+
+  const std::uint16_t* wide() const { return static_cast<const std::uint16_t*>(static_cast<const void*>(data)); }
+  int wideStride() const { return stride / 2; }
+};
+
+struct Room {
+  std::uint8_t* data = nullptr;
+  int stride = 0;  ///< bytes
+
+  std::uint16_t* wide() const { return static_cast<std::uint16_t*>(static_cast<void*>(data)); }
+  int wideStride() const { return stride / 2; }
+  Plane plane() const { return {data, stride}; }
+};
+
+/// A frame whose memory can be read while this exists.
+class MappedFrame {
+ public:
+  explicit MappedFrame(GstSample& sample) {
+    GstCaps* caps = gst_sample_get_caps(&sample);
+    GstBuffer* buffer = gst_sample_get_buffer(&sample);
+    mapped_ = caps && buffer && gst_video_info_from_caps(&info_, caps) &&
+              gst_video_frame_map(&frame_, &info_, buffer, GST_MAP_READ);
+  }
+  ~MappedFrame() {
+    if (mapped_) gst_video_frame_unmap(&frame_);
+  }
+  MappedFrame(const MappedFrame&) = delete;
+  MappedFrame& operator=(const MappedFrame&) = delete;
+
+  explicit operator bool() const { return mapped_; }
+  const GstVideoInfo& info() const { return info_; }
+  int width() const { return GST_VIDEO_INFO_WIDTH(&info_); }
+  int height() const { return GST_VIDEO_INFO_HEIGHT(&info_); }
+  GstVideoFormat format() const { return GST_VIDEO_INFO_FORMAT(&info_); }
+  /// Luma, blue difference and red difference in this order, whatever the order in memory.
+  Plane component(int number) const {
+    return {static_cast<const std::uint8_t*>(GST_VIDEO_FRAME_COMP_DATA(&frame_, number)),
+            GST_VIDEO_FRAME_COMP_STRIDE(&frame_, number)};
+  }
+  Plane plane(int number) const {
+    return {static_cast<const std::uint8_t*>(GST_VIDEO_FRAME_PLANE_DATA(&frame_, number)),
+            GST_VIDEO_FRAME_PLANE_STRIDE(&frame_, number)};
+  }
+
+ private:
+  GstVideoInfo info_{};
+  GstVideoFrame frame_{};
+  bool mapped_ = false;
+};
+
+}  // namespace
+
+Orientation Orientation::named(std::string_view name) {
+  constexpr std::string_view flip = "flip-";
+  Orientation orientation;
+  orientation.mirrored = name.starts_with(flip);
+  if (orientation.mirrored) name.remove_prefix(flip.size());
+  if (name == "rotate-90") orientation.quarterTurns = 1;
+  if (name == "rotate-180") orientation.quarterTurns = 2;
+  if (name == "rotate-270") orientation.quarterTurns = 3;
+  return orientation;
+}
+
+Box fitted(const GstVideoInfo& frame, Orientation orientation, Box box) {
+  const double pixelShape = static_cast<double>(GST_VIDEO_INFO_PAR_N(&frame)) / GST_VIDEO_INFO_PAR_D(&frame);
+  double width = GST_VIDEO_INFO_WIDTH(&frame) * pixelShape;
+  double height = GST_VIDEO_INFO_HEIGHT(&frame);
+  if (orientation.lies()) std::swap(width, height);
+  const double scale = std::min(box.width / width, box.height / height);
+  return {std::clamp(static_cast<int>(std::lround(width * scale)), 1, box.width),
+          std::clamp(static_cast<int>(std::lround(height * scale)), 1, box.height)};
+}
+
+/// Memory of pictures that nobody looks at any more, for the next ones. The pictures themselves may outlive it.
+class PictureMaker::Pool : public std::enable_shared_from_this<Pool> {
+ public:
+  using Memory = std::vector<std::uint8_t>;
+
+  std::shared_ptr<Memory> take(std::size_t size) {
+    std::unique_ptr<Memory> memory = free(size);
+    Memory* const taken = memory.release();
+    return {taken, [pool = weak_from_this()](Memory* given) {
+              std::unique_ptr<Memory> owned(given);
+              if (const auto home = pool.lock()) home->giveBack(std::move(owned));
+            }};
+  }
+
+ private:
+  /// As many as are commonly out at the same time: on the board, on the screen, in the making.
+  static constexpr std::size_t most = 4;
+
+  std::unique_ptr<Memory> free(std::size_t size) {
+    const std::lock_guard lock(mutex_);
+    if (size != size_) free_.clear();
+    size_ = size;
+    if (free_.empty()) return std::make_unique<Memory>(size);
+    std::unique_ptr<Memory> memory = std::move(free_.back());
+    free_.pop_back();
+    return memory;
+  }
+
+  void giveBack(std::unique_ptr<Memory> memory) {
+    const std::lock_guard lock(mutex_);
+    if (memory->size() == size_ && free_.size() < most) free_.push_back(std::move(memory));
+  }
+
+  std::mutex mutex_;
+  std::size_t size_ = 0;
+  std::vector<std::unique_ptr<Memory>> free_;
+};
+
+/// Scales, converts and turns one frame at a time; keeps the room for what lies between the steps.
+class PictureMaker::Drawing {
+ public:
+  /// The frame, `upright` in size and orientation, into `target`. False for a format it does not know.
+  bool draw(const MappedFrame& frame, Orientation orientation, Box upright, Room target) {
+    if (!orientation.mirrored && orientation.quarterTurns == 0) return convert(frame, upright, target);
+    const Box stored = orientation.lies() ? Box{upright.height, upright.width} : upright;
+    Room flat = room(flat_, stored.width * bytesPerPixel, stored.height);
+    if (!convert(frame, stored, flat)) return false;
+    if (orientation.mirrored) {
+      const Room mirrored = room(mirrored_, stored.width * bytesPerPixel, stored.height);
+      libyuv::ARGBMirror(flat.data, flat.stride, mirrored.data, mirrored.stride, stored.width, stored.height);
+      flat = mirrored;
+    }
+    constexpr std::array turns = {libyuv::kRotate0, libyuv::kRotate90, libyuv::kRotate180, libyuv::kRotate270};
+    libyuv::ARGBRotate(flat.data, flat.stride, target.data, target.stride, stored.width, stored.height,
+                       turns[static_cast<std::size_t>(orientation.quarterTurns)]);
+    return true;
+  }
+
+ private:
+  using Scratch = std::vector<std::uint8_t>;
+
+  static Room room(Scratch& scratch, int rowBytes, int rows) {
+    const int stride = (rowBytes + rowAlignment - 1) / rowAlignment * rowAlignment;
+    const auto needed = static_cast<std::size_t>(stride) * static_cast<std::size_t>(rows);
+    if (scratch.size() < needed) scratch.resize(needed);
+    return {scratch.data(), stride};
+  }
+
+  bool convert(const MappedFrame& frame, Box size, Room target) {
+    switch (frame.format()) {
+      case GST_VIDEO_FORMAT_I420:
+      case GST_VIDEO_FORMAT_YV12:
+        return convertPlanar(frame, size, target, halfOf(size.width), halfOf(size.height), libyuv::I420Scale,
+                             libyuv::I420ToARGBMatrix);
+      case GST_VIDEO_FORMAT_Y42B:
+        return convertPlanar(frame, size, target, halfOf(size.width), size.height, libyuv::I422Scale,
+                             libyuv::I422ToARGBMatrix);
+      case GST_VIDEO_FORMAT_Y444:
+        return convertPlanar(frame, size, target, size.width, size.height, libyuv::I444Scale,
+                             libyuv::I444ToARGBMatrix);
+      case GST_VIDEO_FORMAT_I420_10LE:
+        return convertDeep(frame, {frame.component(0), frame.component(1), frame.component(2)}, size, target,
+                           halfOf(size.height), libyuv::I420Scale_16, libyuv::I010ToARGBMatrix);
+      case GST_VIDEO_FORMAT_I422_10LE:
+        return convertDeep(frame, {frame.component(0), frame.component(1), frame.component(2)}, size, target,
+                           size.height, libyuv::I422Scale_16, libyuv::I210ToARGBMatrix);
+      case GST_VIDEO_FORMAT_P010_10LE:
+        return convertDeep(frame, separated(frame), size, target, halfOf(size.height), libyuv::I420Scale_16,
+                           libyuv::I010ToARGBMatrix);
+      case GST_VIDEO_FORMAT_NV12:
+        return convertInterleaved(frame, size, target, libyuv::NV12ToARGBMatrix);
+      case GST_VIDEO_FORMAT_NV21:
+        return convertInterleaved(frame, size, target, libyuv::NV21ToARGBMatrix);
+      case GST_VIDEO_FORMAT_GRAY8:
+        return convertGrey(frame, size, target);
+      case GST_VIDEO_FORMAT_BGRx:
+      case GST_VIDEO_FORMAT_BGRA:
+        return libyuv::ARGBScale(frame.plane(0).data, frame.plane(0).stride, frame.width(), frame.height(),
+                                 target.data, target.stride, size.width, size.height, filter) == 0;
+      default:
+        return false;
+    }
+  }
+
+  template <typename Scale, typename Convert>
+  bool convertPlanar(const MappedFrame& frame, Box size, Room target, int chromaWidth, int chromaHeight, Scale scale,
+                     Convert toPixels) {
+    Plane y = frame.component(0), u = frame.component(1), v = frame.component(2);
+    if (size != Box{frame.width(), frame.height()}) {
+      const Room toY = room(y_, size.width, size.height);
+      const Room toU = room(u_, chromaWidth, chromaHeight);
+      const Room toV = room(v_, chromaWidth, chromaHeight);
+      scale(y.data, y.stride, u.data, u.stride, v.data, v.stride, frame.width(), frame.height(), toY.data,
+            toY.stride, toU.data, toU.stride, toV.data, toV.stride, size.width, size.height, filter);
+      y = toY.plane(), u = toU.plane(), v = toV.plane();
+    }
+    return toPixels(y.data, y.stride, u.data, u.stride, v.data, v.stride, target.data, target.stride,
+                    &constantsOf(frame.info().colorimetry), size.width, size.height) == 0;
+  }
+
+  /// More than 8 bits a component, chroma of half the width.
+  template <typename Scale, typename Convert>
+  bool convertDeep(const MappedFrame& frame, std::array<Plane, 3> from, Box size, Room target, int chromaHeight,
+                   Scale scale, Convert toPixels) {
+    auto [y, u, v] = from;
+    if (size != Box{frame.width(), frame.height()}) {
+      const Room toY = room(y_, 2 * size.width, size.height);
+      const Room toU = room(u_, 2 * halfOf(size.width), chromaHeight);
+      const Room toV = room(v_, 2 * halfOf(size.width), chromaHeight);
+      scale(y.wide(), y.wideStride(), u.wide(), u.wideStride(), v.wide(), v.wideStride(), frame.width(),
+            frame.height(), toY.wide(), toY.wideStride(), toU.wide(), toU.wideStride(), toV.wide(), toV.wideStride(),
+            size.width, size.height, filter);
+      y = toY.plane(), u = toU.plane(), v = toV.plane();
+    }
+    return toPixels(y.wide(), y.wideStride(), u.wide(), u.wideStride(), v.wide(), v.wideStride(), target.data,
+                    target.stride, &constantsOf(frame.info().colorimetry), size.width, size.height) == 0;
+  }
+
+  /// P010 as three planes with the value in the lower bits: libyuv cannot scale it as it is.
+  std::array<Plane, 3> separated(const MappedFrame& frame) {
+    const int width = frame.width(), height = frame.height();
+    const Room y = room(separateY_, 2 * width, height);
+    const Room u = room(separateU_, 2 * halfOf(width), halfOf(height));
+    const Room v = room(separateV_, 2 * halfOf(width), halfOf(height));
+    const Plane fromY = frame.plane(0), fromChroma = frame.plane(1);
+    libyuv::P010ToI010(fromY.wide(), fromY.wideStride(), fromChroma.wide(), fromChroma.wideStride(), y.wide(),
+                       y.wideStride(), u.wide(), u.wideStride(), v.wide(), v.wideStride(), width, height);
+    return {y.plane(), u.plane(), v.plane()};
+  }
+
+  template <typename Convert>
+  bool convertInterleaved(const MappedFrame& frame, Box size, Room target, Convert toPixels) {
+    Plane y = frame.plane(0), chroma = frame.plane(1);
+    if (size != Box{frame.width(), frame.height()}) {
+      const Room toY = room(y_, size.width, size.height);
+      const Room toChroma = room(u_, 2 * halfOf(size.width), halfOf(size.height));
+      libyuv::NV12Scale(y.data, y.stride, chroma.data, chroma.stride, frame.width(), frame.height(), toY.data,
+                        toY.stride, toChroma.data, toChroma.stride, size.width, size.height, filter);
+      y = toY.plane(), chroma = toChroma.plane();
+    }
+    return toPixels(y.data, y.stride, chroma.data, chroma.stride, target.data, target.stride,
+                    &constantsOf(frame.info().colorimetry), size.width, size.height) == 0;
+  }
+
+  bool convertGrey(const MappedFrame& frame, Box size, Room target) {
+    const Plane from = frame.plane(0);
+    const Room y = room(y_, size.width, size.height);
+    libyuv::ScalePlane(from.data, from.stride, frame.width(), frame.height(), y.data, y.stride, size.width,
+                       size.height, filter);
+    return libyuv::I400ToARGBMatrix(y.data, y.stride, target.data, target.stride,
+                                    &constantsOf(frame.info().colorimetry), size.width, size.height) == 0;
+  }
+
+  Scratch y_, u_, v_;
+  Scratch separateY_, separateU_, separateV_;
+  Scratch flat_, mirrored_;
+};
+
+PictureMaker::PictureMaker(std::shared_ptr<PictureBoard> board)
+    : board_(std::move(board)), pool_(std::make_shared<Pool>()), drawing_(std::make_unique<Drawing>()) {}
+
+PictureMaker::~PictureMaker() = default;
+
+void PictureMaker::take(Sample frame, Orientation orientation) {
+  const std::lock_guard lock(mutex_);
+  frame_ = std::move(frame);
+  orientation_ = orientation;
+  make();
+}
+
+void PictureMaker::makeAgain() {
+  const std::lock_guard lock(mutex_);
+  if (frame_) make();
+}
+
+void PictureMaker::forget() {
+  const std::lock_guard lock(mutex_);
+  frame_.reset();
+}
+
+void PictureMaker::make() {
+  const Box box = board_->box();
+  if (box.empty()) return;
+  const MappedFrame frame(*frame_);
+  if (!frame) return;
+  const Box size = fitted(frame.info(), orientation_, box);
+  const int stride = strideOf(size.width);
+  const auto memory = pool_->take(static_cast<std::size_t>(stride) * static_cast<std::size_t>(size.height));
+  if (!drawing_->draw(frame, orientation_, size, {memory->data(), stride})) return;
+  board_->show(std::make_shared<host::Picture>(
+                   host::Picture{size.width, size.height, stride, memory->data(), memory}),
+               box);
+}
+
+}  // namespace gstreamer

@@ -1,0 +1,93 @@
+#pragma once
+
+#include "hosts/gstreamer/Branch.h"
+#include "hosts/gstreamer/Decoders.h"
+#include "hosts/gstreamer/Instant.h"
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace gstreamer {
+
+enum class Precision { Exact, KeyFrame };
+
+/// Why a pipeline plays no more.
+struct Trouble {
+  enum class Where { Media, HardwareDecoder, Sink };
+  Where where = Where::Media;
+  std::string reason;
+};
+
+/// One GStreamer pipeline: a file, the parser, the decoder of the one stream that is wanted, and its branch. Nothing
+/// else of the file is decoded.
+///
+/// Its operations may block for as long as a disk or a sound server likes, so a thread of its own calls them; what
+/// may be called on any thread says so. It runs on the system clock with a base time that it is given, and never
+/// computes one by itself.
+class Pipeline {
+ public:
+  struct Setup {
+    std::string path;
+    std::unique_ptr<Branch> branch;
+    Hardware hardware = Hardware::Preferred;
+    std::function<void(const std::string& factory)> tellElement;
+    /// Called on any thread when there is `trouble`, or when the end of the stream was reached while running.
+    std::function<void()> troubled;
+    std::function<void()> drained;
+  };
+
+  explicit Pipeline(Setup setup);
+  /// `close` must have been called, or nothing else ever.
+  ~Pipeline();
+  Pipeline(const Pipeline&) = delete;
+  Pipeline& operator=(const Pipeline&) = delete;
+
+  /// Gets everything ready at `position`. False when there is trouble, or after `interrupt`.
+  bool open(double position);
+  /// Brings a pipeline that stands still to `position`.
+  bool seek(double position, Precision precision);
+  /// Runs so that `position` is played at `instant`, which may have passed: then what is late is left out.
+  void run(double position, Instant instant);
+  void pause();
+  void close();
+
+  /// Makes operations that wait return at once, from now on. Any thread.
+  void interrupt() { interrupted_ = true; }
+  /// Any thread.
+  std::optional<Trouble> trouble() const;
+  /// Seconds, 0 when the file does not tell; once opened.
+  double length() const;
+
+  /// Null until opened, and once closed.
+  Branch* branch() const { return setup_.branch.get(); }
+
+ private:
+  bool build();
+  bool addSource();
+  void fail(Trouble::Where where, std::string reason);
+  bool settle();
+
+  static GstBusSyncReply seeMessage(GstBus* bus, GstMessage* message, gpointer pipeline);
+  void seeError(GstMessage& message);
+  static void seeElement(GstBin* pipeline, GstBin* bin, GstElement* element, gpointer self);
+  static void seePad(GstElement* parser, GstPad* pad, gpointer pipeline);
+  static void seeNoMorePads(GstElement* parser, gpointer pipeline);
+  static gboolean goesOn(GstElement* parser, GstPad* pad, GstCaps* caps, gpointer pipeline);
+  void attach(GstPad& pad);
+  bool attachThrough(const std::string& decoder, GstPad& pad, const GstCaps& caps);
+  Pad readAhead(GstPad& pad);
+  GstBin& bin() const { return *GST_BIN(pipeline_.get()); }
+
+  Setup setup_;
+  Element pipeline_;
+  bool attached_ = false;
+  std::atomic<bool> interrupted_ = false;
+  mutable std::mutex mutex_;
+  std::optional<Trouble> trouble_;
+};
+
+}  // namespace gstreamer

@@ -1,0 +1,167 @@
+#include "hosts/medialibrary/Thumbnails.h"
+
+#include "hosts/medialibrary/Folders.h"
+#include "hosts/medialibrary/Png.h"
+
+extern "C" {
+#include <libavutil/md5.h>
+}
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <string_view>
+
+namespace medialibrary {
+
+namespace {
+
+constexpr std::array<ThumbnailSize, 4> sizes = {ThumbnailSize::Normal, ThumbnailSize::Large,
+                                                ThumbnailSize::ExtraLarge, ThumbnailSize::ExtraExtraLarge};
+constexpr std::string_view digits = "0123456789abcdef";
+
+const char* folderOf(ThumbnailSize size) {
+  switch (size) {
+    case ThumbnailSize::Normal:
+      return "normal";
+    case ThumbnailSize::Large:
+      return "large";
+    case ThumbnailSize::ExtraLarge:
+      return "x-large";
+    case ThumbnailSize::ExtraExtraLarge:
+      break;
+  }
+  return "xx-large";
+}
+
+std::string md5(const std::string& text) {
+  std::array<std::uint8_t, 16> sum{};
+  std::string bytes = text;
+  av_md5_sum(sum.data(), reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+  std::string name;
+  for (const std::uint8_t byte : sum) name += {digits[byte >> 4U], digits[byte & 0xFU]};
+  return name;
+}
+
+/// Thumbnails are small: what is longer than this is none.
+std::string contentsOf(const std::string& path) {
+  constexpr std::size_t longest = 16U << 20U;
+  struct stat facts {};
+  if (::stat(path.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) return {};
+  if (static_cast<std::size_t>(facts.st_size) > longest) return {};
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+/// Makes the folder and those above it, for the user alone. Its failure shows when something is written there.
+void makeFolder(const std::string& path) {
+  for (auto slash = path.find('/', 1);; slash = path.find('/', slash + 1)) {
+    ::mkdir(path.substr(0, slash).c_str(), 0700);
+    if (slash == std::string::npos) return;
+  }
+}
+
+bool writeAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
+    if (count < 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+/// Puts a file with these contents in the place of `path` in one step, readable by the user alone.
+void replaceFile(const std::string& path, const std::string& contents) {
+  std::string part = path + ".XXXXXX";
+  const int descriptor = ::mkostemp(part.data(), O_CLOEXEC);  // of mode 0600
+  if (descriptor < 0) return;
+  const bool isWritten = writeAll(descriptor, contents);
+  const bool isClosed = ::close(descriptor) == 0;
+  if (!isWritten || !isClosed || std::rename(part.c_str(), path.c_str()) != 0) ::unlink(part.c_str());
+}
+
+}  // namespace
+
+int sideOf(ThumbnailSize size) {
+  return 128 << static_cast<int>(size);
+}
+
+std::optional<ThumbnailSize> ThumbnailCache::sizeFor(int largestSide) {
+  const auto* found =
+      std::find_if(sizes.begin(), sizes.end(), [&](auto size) { return sideOf(size) >= largestSide; });
+  if (found == sizes.end()) return std::nullopt;
+  return *found;
+}
+
+std::optional<ThumbnailCache> ThumbnailCache::forFile(const std::string& path) {
+  struct stat facts {};
+  if (!path.starts_with('/') || ::stat(path.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)) return std::nullopt;
+  ThumbnailCache cache;
+  cache.root_ = cacheFolder() + "/thumbnails";
+  if (path.starts_with(cache.root_ + "/")) return std::nullopt;
+  cache.uri_ = thumbnailUri(path);
+  cache.modified_ = facts.st_mtim.tv_sec;
+  cache.bytes_ = facts.st_size;
+  return cache;
+}
+
+std::string ThumbnailCache::pathOf(ThumbnailSize size) const {
+  return root_ + "/" + folderOf(size) + "/" + md5(uri_) + ".png";
+}
+
+bool ThumbnailCache::isValid(const std::string& png) const {
+  const PngTexts texts = textsOfPng(png);
+  const auto is = [&](const char* key, const std::string& value) {
+    const auto text = texts.find(key);
+    return text != texts.end() && text->second == value;
+  };
+  if (!is("Thumb::URI", uri_) || !is("Thumb::MTime", std::to_string(modified_))) return false;
+  return texts.count("Thumb::Size") == 0 || is("Thumb::Size", std::to_string(bytes_));
+}
+
+std::optional<probe::Still> ThumbnailCache::find(int largestSide) const {
+  for (const ThumbnailSize size : sizes) {
+    if (sideOf(size) < largestSide) continue;
+    const std::string png = contentsOf(pathOf(size));
+    if (png.empty() || !isValid(png)) continue;
+    if (auto still = pictureOfPng(png, sideOf(size))) return still;
+  }
+  return std::nullopt;
+}
+
+void ThumbnailCache::store(ThumbnailSize size, const probe::Still& still) const {
+  const std::string png = pngOf(still, {{"Thumb::URI", uri_},
+                                        {"Thumb::MTime", std::to_string(modified_)},
+                                        {"Thumb::Size", std::to_string(bytes_)},
+                                        {"Software", "Quillop"}});
+  if (png.empty()) return;
+  const std::string path = pathOf(size);
+  makeFolder(path.substr(0, path.rfind('/')));
+  replaceFile(path, png);
+}
+
+std::string thumbnailUri(const std::string& path) {
+  constexpr std::string_view hexDigits = "0123456789ABCDEF";
+  constexpr std::string_view marks = "-_.!~*'()$&+,/:=@";
+  std::string uri = "file://";
+  for (const char c : path) {
+    const auto byte = static_cast<unsigned char>(c);
+    const bool isPlain = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+                         marks.find(c) != std::string_view::npos;
+    if (isPlain) {
+      uri += c;
+    } else {
+      uri += {'%', hexDigits[byte >> 4U], hexDigits[byte & 0xFU]};
+    }
+  }
+  return uri;
+}
+
+}  // namespace medialibrary

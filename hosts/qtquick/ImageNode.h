@@ -1,0 +1,27 @@
+#pragma once
+
+#include "hosts/qtquick/ViewNode.h"
+#include "platform/uikit/UIImageView.h"
+
+#include <QUrl>
+
+namespace qtquick {
+
+/// A view that shows a picture.
+class ImageNode final : public ViewNode {
+  Q_OBJECT
+  Q_PROPERTY(QUrl picture READ picture NOTIFY changed)
+  Q_PROPERTY(int fillMode READ fillMode NOTIFY changed)
+
+ public:
+  ImageNode(Mirror& mirror, const Strong<UIImageView>& view) : ViewNode(mirror, view) {}
+
+  QUrl picture() const;
+  /// An `Image.fillMode` of QML.
+  int fillMode() const;
+
+ private:
+  Strong<UIImageView> imageView() const { return viewAs<UIImageView>(); }
+};
+
+}  // namespace qtquick

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "platform/uikit/FilmControls.h"
+#include "platform/uikit/UIWindow.h"
+
+#include <QHash>
+#include <QQmlComponent>
+#include <QString>
+
+#include <map>
+#include <memory>
+#include <vector>
+
+class QQmlContext;
+class QQmlEngine;
+class QQuickItem;
+
+namespace host {
+class Screen;
+}
+
+namespace qtquick {
+
+class ScreenNode;
+class ViewNode;
+
+/// The items standing for the views of one window. Main thread.
+class Mirror final {
+ public:
+  /// Items are made by `engine`, into `stage`.
+  Mirror(QQmlEngine& engine, QQuickItem& stage, const host::Screen& screen);
+  ~Mirror();
+  Mirror(const Mirror&) = delete;
+  Mirror& operator=(const Mirror&) = delete;
+
+  /// Shows `window` from the next pass on; nothing when there is none.
+  void setWindow(const Strong<UIWindow>& window);
+  Strong<UIWindow> window() const { return window_.lock(); }
+  /// Takes the window's changes and brings the items up to date.
+  void pass();
+  /// Escape or Back: what closes the topmost screen is pressed. False where there is nothing to close.
+  bool escape();
+  /// Whether `point` of the stage is in the bar above the films of the main screen, on nothing that can be used.
+  bool isInBar(QPointF point) const;
+
+  /// The film that `view` or control belongs to, or none. Valid until the next turn.
+  const FilmControls* filmOf(const UIView& view) const;
+  /// The node of the film view over which `view` lays its controls; none where `view` is no overlay.
+  ViewNode* filmOverlaidBy(const UIView& view) const;
+  /// Whether the desktop lets things move.
+  bool movesThings() const;
+
+  // For the nodes.
+  QQmlComponent& component(const QString& name);
+  QQmlContext* context() const;
+  void registerNode(const UIView& view, ViewNode& node) { nodes_[&view] = &node; }
+  void unregisterNode(const UIView& view, const ViewNode& node);
+  ViewNode* nodeOf(const UIView& view) const { return nodes_.value(&view, nullptr); }
+
+ private:
+  void updateScreens(const UIWindow& window);
+  void focusTopmost(const UIWindow& window);
+
+  QQmlEngine& engine_;
+  QQuickItem& stage_;
+  const host::Screen& screen_;
+  Weak<UIWindow> window_;
+  Weak<UIViewController> topmost_;
+  std::map<QString, std::unique_ptr<QQmlComponent>> components_;
+  QHash<const UIView*, ViewNode*> nodes_;
+  std::vector<std::unique_ptr<ScreenNode>> screens_;  // from the bottom to the top
+};
+
+}  // namespace qtquick

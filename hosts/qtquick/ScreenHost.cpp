@@ -1,0 +1,133 @@
+#include "hosts/qtquick/ScreenHost.h"
+
+#include "hosts/qtquick/ArtworkProvider.h"
+#include "hosts/qtquick/Mirror.h"
+#include "hosts/qtquick/MotionSetting.h"
+#include "hosts/qtquick/Pictures.h"
+#include "hosts/qtquick/StageWindow.h"
+#include "platform/foundation/RunLoop.h"
+
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QQuickItem>
+
+namespace qtquick {
+
+namespace {
+
+/// Calls its work once per frame in which it was asked for. Polishing is the last step before a frame is drawn, after
+/// animations and input; what the work polishes itself is still part of the same frame.
+class FrameWork final : public QQuickItem {
+ public:
+  FrameWork(QQuickItem* parent, std::function<void()> work) : QQuickItem(parent), work_(std::move(work)) {}
+
+ protected:
+  void updatePolish() override { work_(); }
+
+ private:
+  std::function<void()> work_;
+};
+
+bool hasWindowManager() {
+  const QString platform = QGuiApplication::platformName();
+  return platform != QStringLiteral("eglfs") && platform != QStringLiteral("linuxfb");
+}
+
+}  // namespace
+
+class ScreenHost::Implementation {
+ public:
+  Implementation(ArtworkLoader artwork, WindowEvents events, const host::Screen& screen)
+      : window_(std::move(events)),
+        mirror_(engine_, *window_.contentItem(), screen),
+        frame_(window_.contentItem(), [this] { prepareFrame(); }) {
+    // The engine owns its image providers.
+    engine_.addImageProvider(QLatin1String(artworkProviderName), new ArtworkProvider(std::move(artwork)));
+    const auto resized = [this] { frame_.polish(); };
+    QObject::connect(&window_, &QWindow::widthChanged, &frame_, resized);
+    QObject::connect(&window_, &QWindow::heightChanged, &frame_, resized);
+    QObject::connect(&window_, &StageWindow::escapePressed, &frame_, [this](bool& handled) { handled = escape(); });
+    QObject::connect(&window_, &StageWindow::pressedTwice, &frame_, [this](QPointF point) {
+      if (mirror_.isInBar(point) && hasWindowManager()) window_.toggleFullScreen();
+    });
+  }
+
+  StageWindow& window() { return window_; }
+  const MotionSetting& motion() const { return motion_; }
+  void needsFrame() { frame_.polish(); }
+
+  void attach(const Strong<UIWindow>& window) {
+    mirror_.setWindow(window);
+    needsFrame();
+  }
+
+ private:
+  void prepareFrame() {
+    fitWindow();
+    mirror_.pass();
+  }
+
+  void fitWindow() {
+    const auto window = mirror_.window();
+    const CGSize size{static_cast<double>(window_.width()), static_cast<double>(window_.height())};
+    if (!window || window->frame().size == size) return;
+    const RunLoop::Turn turn(RunLoop::main());
+    window->setSize(size);
+  }
+
+  bool escape() {
+    if (mirror_.escape()) return true;
+    const bool leavesFullScreen = hasWindowManager() && (window_.windowStates() & Qt::WindowFullScreen);
+    if (leavesFullScreen) window_.toggleFullScreen();
+    return leavesFullScreen;
+  }
+
+  MotionSetting motion_;
+  QQmlEngine engine_;
+  StageWindow window_;
+  Mirror mirror_;
+  FrameWork frame_;
+};
+
+ScreenHost::ScreenHost(ArtworkLoader artwork, WindowEvents events)
+    : implementation_(std::make_unique<Implementation>(std::move(artwork), std::move(events), *this)) {}
+
+ScreenHost::~ScreenHost() = default;
+
+QQuickWindow& ScreenHost::window() {
+  return implementation_->window();
+}
+
+void ScreenHost::show() {
+  if (isResizable()) {
+    window().show();
+  } else {
+    window().showFullScreen();
+  }
+}
+
+void ScreenHost::attach(const Strong<UIWindow>& window) {
+  implementation_->attach(window);
+}
+
+void ScreenHost::needsFrame() {
+  implementation_->needsFrame();
+}
+
+double ScreenHost::width() const {
+  return implementation_->window().width();
+}
+
+double ScreenHost::height() const {
+  return implementation_->window().height();
+}
+
+bool ScreenHost::isResizable() const {
+  return hasWindowManager();
+}
+
+bool ScreenHost::reducesMotion() const {
+  return implementation_->motion().isReduced();
+}
+
+}  // namespace qtquick

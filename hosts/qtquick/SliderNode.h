@@ -1,0 +1,51 @@
+#pragma once
+
+#include "hosts/qtquick/ViewNode.h"
+#include "platform/uikit/UISlider.h"
+
+namespace qtquick {
+
+/// A slider. A film's position slider shows and tells its value as time.
+class SliderNode final : public ViewNode {
+  Q_OBJECT
+  Q_PROPERTY(double value READ value NOTIFY changed)
+  Q_PROPERTY(double minimum READ minimum NOTIFY changed)
+  Q_PROPERTY(double maximum READ maximum NOTIFY changed)
+  Q_PROPERTY(QColor tint READ tint NOTIFY changed)
+  Q_PROPERTY(bool tracking READ isTracking NOTIFY changed)
+  Q_PROPERTY(bool showsTime READ showsTime NOTIFY changed)
+  Q_PROPERTY(QString elapsed READ elapsed NOTIFY changed)
+  Q_PROPERTY(QString length READ length NOTIFY changed)
+  Q_PROPERTY(QString spokenValue READ spokenValue NOTIFY changed)
+  Q_PROPERTY(double keyStep READ keyStep NOTIFY changed)
+  Q_PROPERTY(double pageStep READ pageStep NOTIFY changed)
+
+ public:
+  SliderNode(Mirror& mirror, const Strong<UISlider>& slider) : ViewNode(mirror, slider) {}
+
+  double value() const;
+  double minimum() const;
+  double maximum() const;
+  QColor tint() const;
+  bool isTracking() const;
+  /// Whether this is the position in a film.
+  bool showsTime() const;
+  QString elapsed() const;
+  QString length() const;
+  /// What a screen reader says of the value.
+  QString spokenValue() const;
+  /// How far an arrow key moves it: one step, or a twentieth of the range where it has none.
+  double keyStep() const;
+  /// How far Page Up and Page Down and a notch of the wheel move it.
+  double pageStep() const;
+
+  Q_INVOKABLE void beginTracking() const;
+  Q_INVOKABLE void track(double value) const;
+  Q_INVOKABLE void endTracking() const;
+  Q_INVOKABLE void adjust(double value) const;
+
+ private:
+  Strong<UISlider> slider() const { return viewAs<UISlider>(); }
+};
+
+}  // namespace qtquick

@@ -1,0 +1,64 @@
+#include "hosts/qtquick/StageWindow.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+namespace qtquick {
+
+namespace {
+constexpr QSize firstSize(1024, 640);
+constexpr QSize smallestSize(360, 360);
+const QColor background(0x0B, 0x0E, 0x10);
+}  // namespace
+
+StageWindow::StageWindow(WindowEvents events) : events_(std::move(events)) {
+  resize(firstSize);
+  setMinimumSize(smallestSize);
+  setColor(background);
+  connect(this, &QWindow::windowStateChanged, this, [this] { noteSight(); });
+}
+
+void StageWindow::toggleFullScreen() {
+  setWindowStates(windowStates() ^ Qt::WindowFullScreen);
+}
+
+bool StageWindow::isInSight() const {
+  return isVisible() && !(windowStates() & Qt::WindowMinimized);
+}
+
+void StageWindow::noteSight() {
+  const bool inSight = !(windowStates() & Qt::WindowMinimized);
+  if (inSight == wasInSight_) return;
+  wasInSight_ = inSight;
+  const auto& tell = inSight ? events_.shown : events_.hidden;
+  if (tell) tell();
+}
+
+bool StageWindow::event(QEvent* event) {
+  if (event->type() == QEvent::Close && events_.closed) {
+    event->ignore();
+    events_.closed();
+    return true;
+  }
+  return QQuickWindow::event(event);
+}
+
+void StageWindow::keyPressEvent(QKeyEvent* event) {
+  QQuickWindow::keyPressEvent(event);
+  if (event->isAccepted() || event->isAutoRepeat()) return;
+  if (event->key() == Qt::Key_F11) {
+    toggleFullScreen();
+    event->accept();
+  } else if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_Back) {
+    bool handled = false;
+    emit escapePressed(handled);
+    event->setAccepted(handled);
+  }
+}
+
+void StageWindow::mouseDoubleClickEvent(QMouseEvent* event) {
+  QQuickWindow::mouseDoubleClickEvent(event);
+  if (event->button() == Qt::LeftButton) emit pressedTwice(event->position());
+}
+
+}  // namespace qtquick

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "hosts/qtquick/ViewNode.h"
+#include "platform/uikit/UITableView.h"
+
+#include <QUrl>
+
+namespace qtquick {
+
+/// What one row of a table shows.
+struct RowContent {
+  Q_GADGET
+  Q_PROPERTY(QString title MEMBER title)
+  Q_PROPERTY(QString detail MEMBER detail)
+  Q_PROPERTY(QUrl picture MEMBER picture)
+  Q_PROPERTY(QColor color MEMBER color)
+  Q_PROPERTY(QColor titleColor MEMBER titleColor)
+  Q_PROPERTY(QColor detailColor MEMBER detailColor)
+
+ public:
+  QString title;
+  QString detail;
+  QUrl picture;
+  QColor color = Qt::transparent;
+  QColor titleColor = Qt::white;
+  QColor detailColor = Qt::white;
+  bool operator==(const RowContent&) const = default;
+};
+
+/// A table. The list in QML knows only how many rows there are, and asks for the contents of those in sight.
+class TableNode final : public ViewNode {
+  Q_OBJECT
+  Q_PROPERTY(int rows READ rows NOTIFY changed)
+  Q_PROPERTY(double rowHeight READ rowHeight NOTIFY changed)
+  Q_PROPERTY(QColor tint READ tint NOTIFY changed)
+  Q_PROPERTY(double offset READ offset NOTIFY changed)
+
+ public:
+  TableNode(Mirror& mirror, const Strong<UITableView>& table) : ViewNode(mirror, table) {}
+
+  int rows() const;
+  double rowHeight() const;
+  QColor tint() const;
+  /// Points from the top of the content.
+  double offset() const;
+
+  /// Empty for a row that has no cell: it is not in sight, or not yet.
+  Q_INVOKABLE qtquick::RowContent content(int row) const;
+  Q_INVOKABLE void select(int row) const;
+  Q_INVOKABLE void scrollTo(double offset) const;
+
+ private:
+  Strong<UITableView> table() const { return viewAs<UITableView>(); }
+};
+
+}  // namespace qtquick

@@ -1,0 +1,172 @@
+#include "hosts/qtquick/ViewNode.h"
+
+#include "hosts/qtquick/BalloonNode.h"
+#include "hosts/qtquick/ButtonNode.h"
+#include "hosts/qtquick/ImageNode.h"
+#include "hosts/qtquick/LabelNode.h"
+#include "hosts/qtquick/LayerNode.h"
+#include "hosts/qtquick/Mirror.h"
+#include "hosts/qtquick/Pictures.h"
+#include "hosts/qtquick/SliderNode.h"
+#include "hosts/qtquick/TableNode.h"
+#include "platform/foundation/RunLoop.h"
+#include "platform/uikit/UIGestureRecognizer.h"
+
+#include <QQuickWindow>
+
+#include <algorithm>
+
+namespace qtquick {
+
+namespace {
+
+struct Kind {
+  std::unique_ptr<ViewNode> node;
+  const char* component;
+};
+
+/// Makes the node of class `Of` where `view` is a `View`.
+template <class View, class Of>
+bool makeFor(Mirror& mirror, const Strong<UIView>& view, const char* component, Kind& kind) {
+  const auto typed = std::dynamic_pointer_cast<View>(view);
+  if (typed) kind = {std::make_unique<Of>(mirror, typed), component};
+  return typed != nullptr;
+}
+
+class PlainViewNode final : public ViewNode {
+ public:
+  PlainViewNode(Mirror& mirror, const Strong<UIView>& view) : ViewNode(mirror, view) {}
+};
+
+Kind kindOf(Mirror& mirror, const Strong<UIView>& view) {
+  Kind kind{nullptr, nullptr};
+  const bool isSpecial = makeFor<UIButton, ButtonNode>(mirror, view, "Button", kind) ||
+                         makeFor<UISlider, SliderNode>(mirror, view, "Slider", kind) ||
+                         makeFor<UILabel, LabelNode>(mirror, view, "Label", kind) ||
+                         makeFor<UIImageView, ImageNode>(mirror, view, "ImageView", kind) ||
+                         makeFor<UITableView, TableNode>(mirror, view, "TableView", kind) ||
+                         makeFor<PopTip, BalloonNode>(mirror, view, "Balloon", kind);
+  if (isSpecial) return kind;
+  // A view that has a name is one that people use: it can be reached, pressed and named.
+  const char* const component = view->accessibilityLabel().empty() ? "View" : "PressableView";
+  return {std::make_unique<PlainViewNode>(mirror, view), component};
+}
+
+}  // namespace
+
+std::unique_ptr<ViewNode> ViewNode::make(Mirror& mirror, const Strong<UIView>& view, QQuickItem& parent) {
+  Kind kind = kindOf(mirror, view);
+  kind.node->makeItem(QString::fromLatin1(kind.component), parent, view->frame());
+  kind.node->update();
+  return std::move(kind.node);
+}
+
+ViewNode::ViewNode(Mirror& mirror, const Strong<UIView>& view)
+    : Node(mirror), view_(view), layer_(view->layer()), key_(view.get()) {
+  mirror.registerNode(*key_, *this);
+}
+
+ViewNode::~ViewNode() {
+  mirror().unregisterNode(*key_, *this);
+}
+
+void ViewNode::update() {
+  const auto view = this->view();
+  if (!view) return;
+  place(view->frame());
+  if (view->isHidden()) leaveFocusToFilm(*view);
+  emit changed();
+  updateChildren(*view);
+}
+
+void ViewNode::updateChildren(const UIView& view) {
+  const auto layers = view.layer()->sublayers().value_or(std::vector<Strong<CALayer>>{});
+  std::vector<Child> before = std::exchange(children_, {});
+  for (const auto& layer : layers) {
+    const auto known = std::find_if(before.begin(), before.end(),
+                                    [&](const Child& child) { return child.layer.lock() == layer; });
+    const bool isKnown = known != before.end() && known->node;
+    Child child{layer, isKnown ? std::move(known->node) : makeChild(layer)};
+    // A layer has no changes of its own: its view speaks for it.
+    if (isKnown && layer->view() == nullptr) child.node->update();
+    children_.push_back(std::move(child));
+  }
+  before.clear();
+  for (std::size_t place = 1; place < children_.size(); ++place) {
+    children_[place].node->item().stackAfter(&children_[place - 1].node->item());
+  }
+}
+
+std::unique_ptr<Node> ViewNode::makeChild(const Strong<CALayer>& layer) {
+  if (layer->view() != nullptr) return ViewNode::make(mirror(), strongReference(layer->view()), item());
+  return LayerNode::make(mirror(), layer, item());
+}
+
+void ViewNode::leaveFocusToFilm(const UIView& view) const {
+  const auto film = mirror().filmOverlaidBy(view);
+  auto* const focused = item().window() == nullptr ? nullptr : item().window()->activeFocusItem();
+  if (film == nullptr || focused == nullptr || !item().isAncestorOf(focused)) return;
+  const bool isVisible = focused->property("visualFocus").toBool();
+  film->item().forceActiveFocus(isVisible ? Qt::TabFocusReason : Qt::OtherFocusReason);
+}
+
+QColor ViewNode::color() const {
+  const auto view = this->view();
+  return view ? colour(view->backgroundColor()) : QColor(Qt::transparent);
+}
+
+qreal ViewNode::cornerRadius() const {
+  const auto view = this->view();
+  return view ? view->layer()->cornerRadius() : 0;
+}
+
+qreal ViewNode::borderWidth() const {
+  const auto view = this->view();
+  return view ? view->layer()->borderWidth() : 0;
+}
+
+QColor ViewNode::borderColor() const {
+  const auto view = this->view();
+  return view ? colour(view->layer()->borderColor()) : QColor(Qt::transparent);
+}
+
+bool ViewNode::clips() const {
+  const auto view = this->view();
+  return view && view->clipsToBounds();
+}
+
+bool ViewNode::isShown() const {
+  const auto view = this->view();
+  return view && !view->isHidden();
+}
+
+bool ViewNode::fades() const {
+  const auto view = this->view();
+  return view && mirror().movesThings() && mirror().filmOverlaidBy(*view) != nullptr;
+}
+
+bool ViewNode::isTappable() const {
+  const auto view = this->view();
+  return view && !view->gestureRecognizers().empty();
+}
+
+QString ViewNode::accessibleName() const {
+  const auto view = this->view();
+  return view ? QString::fromStdString(view->accessibilityLabel()) : QString();
+}
+
+void ViewNode::tap() const {
+  const auto view = this->view();
+  if (!view) return;
+  const RunLoop::Turn turn(RunLoop::main());
+  deliverTap(view);
+}
+
+void ViewNode::tapAt(QPointF point) const {
+  const auto view = this->view();
+  if (!view) return;
+  const RunLoop::Turn turn(RunLoop::main());
+  deliverTap(view, {point.x(), point.y()});
+}
+
+}  // namespace qtquick

@@ -1,0 +1,45 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// A view with a name: a film. It can be tapped, and pressed by key or by assistive technology.
+T.Control {
+    id: view
+
+    required property QtObject node
+
+    enabled: node.shown
+    visible: node.shown
+    clip: node.clips
+    focusPolicy: node.tappable ? Qt.StrongFocus : Qt.NoFocus
+
+    Accessible.role: Accessible.Button
+    Accessible.name: node.accessibleName
+    Accessible.focusable: node.tappable
+    Accessible.ignored: !enabled
+    Accessible.onPressAction: node.tap()
+
+    Keys.onPressed: event => {
+        const isPress = [Qt.Key_Space, Qt.Key_Return, Qt.Key_Enter, Qt.Key_Select].includes(event.key)
+        if (!isPress || event.isAutoRepeat)
+            return
+        node.tap()
+        event.accepted = true
+    }
+
+    background: Rectangle {
+        color: view.node.color
+        radius: view.node.cornerRadius
+        border { width: view.node.borderWidth; color: view.node.borderColor }
+    }
+
+    TapHandler {
+        enabled: view.node.tappable
+        onTapped: eventPoint => view.node.tapAt(eventPoint.position)
+    }
+
+    FocusRing {
+        visible: view.visualFocus
+        inset: 2
+        radius: 8
+    }
+}

@@ -1,0 +1,61 @@
+import QtQuick
+
+// One screen, and what lies between it and the screens beneath.
+FocusScope {
+    id: screen
+
+    required property QtObject node
+    property alias card: card
+    property real progress: node.present ? 1 : 0
+
+    enabled: node.active
+    visible: !node.covered
+
+    Behavior on progress {
+        enabled: screen.node.moves
+        NumberAnimation { duration: screen.node.duration; easing.type: Easing.OutCubic }
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        visible: screen.node.dims && opacity > 0
+        color: "#000000"
+        opacity: 0.6 * screen.progress
+
+        // Nothing that is done here reaches the screens beneath.
+        MouseArea {
+            anchors.fill: parent
+            acceptedButtons: Qt.AllButtons
+            hoverEnabled: true
+            onWheel: wheel => wheel.accepted = true
+        }
+    }
+
+    Item {
+        id: card
+
+        anchors.fill: parent
+        opacity: screen.node.slides ? 1 : screen.progress
+        transform: Translate {
+            y: screen.node.slides ? Math.round((1 - screen.progress) * (screen.height - screen.node.sheet.y)) : 0
+        }
+
+        // A sheet that stands on the window's lower edge has no lower corners.
+        Rectangle {
+            readonly property rect sheet: screen.node.sheet
+
+            visible: screen.node.dims && sheet.height > 0 && sheet.y > 0 && sheet.y + sheet.height >= screen.height
+            x: sheet.x
+            y: sheet.y + sheet.height - height
+            width: sheet.width
+            height: 32
+            color: screen.node.sheetColor
+        }
+        Loader {
+            anchors.fill: parent
+            active: screen.node.alert !== null
+            focus: active
+            sourceComponent: Alert { alert: screen.node.alert }
+        }
+    }
+}

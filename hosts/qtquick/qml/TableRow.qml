@@ -1,0 +1,109 @@
+import QtQuick
+import QtQuick.Templates as T
+import QtQuick.Window
+
+// One row: a picture, a title, a detail under it.
+T.ItemDelegate {
+    id: row
+
+    required property int index
+    required property ListView table
+    property var content: table.node.content(index)
+
+    function refresh() { content = table.node.content(index) }
+
+    width: table.width
+    height: table.node.rowHeight
+    focusPolicy: Qt.NoFocus
+    hoverEnabled: true
+
+    Accessible.role: Accessible.ListItem
+    Accessible.name: content.title + ", " + content.detail
+    Accessible.ignored: !enabled || content.title === ""
+    Accessible.onPressAction: row.clicked()
+
+    onClicked: {
+        table.currentIndex = index
+        table.node.select(index)
+    }
+    onPressed: table.showsFocus = false
+
+    Connections {
+        target: row.table.node
+        function onChanged() { row.refresh() }
+    }
+
+    background: Item {
+        Rectangle {
+            id: card
+
+            anchors.fill: parent
+            anchors.bottomMargin: 4
+            anchors.rightMargin: row.table.isLong ? 20 : 0
+            radius: 10
+            color: row.content.color
+
+            Rectangle {
+                anchors.fill: parent
+                radius: parent.radius
+                color: "#FFFFFF"
+                opacity: row.down ? 0.16 : 0.07
+                visible: row.down || row.hovered
+            }
+        }
+        FocusRing {
+            anchors.fill: card
+            radius: card.radius
+            visible: row.ListView.isCurrentItem && row.table.activeFocus && row.table.showsFocus
+        }
+    }
+
+    contentItem: Item {
+        Rectangle {
+            id: frame
+
+            x: 8
+            y: Math.round((parent.height - 4 - height) / 2)
+            width: 96
+            height: 54
+            radius: 8
+            color: "#0B0E10"
+            visible: artwork.status !== Image.Ready
+        }
+        Image {
+            id: artwork
+
+            anchors.fill: frame
+            asynchronous: true
+            source: row.content.picture
+            sourceSize: Qt.size(Math.round(width * Screen.devicePixelRatio),
+                                Math.round(height * Screen.devicePixelRatio))
+            fillMode: Image.PreserveAspectCrop
+        }
+        Column {
+            anchors.left: frame.right
+            anchors.leftMargin: 12
+            anchors.right: parent.right
+            anchors.rightMargin: row.table.isLong ? 32 : 12
+            y: Math.round((parent.height - 4 - height) / 2)
+            spacing: 4
+
+            Text {
+                width: parent.width
+                text: row.content.title
+                textFormat: Text.PlainText
+                elide: Text.ElideRight
+                color: row.content.titleColor
+                font.pixelSize: 17
+            }
+            Text {
+                width: parent.width
+                text: row.content.detail
+                textFormat: Text.PlainText
+                elide: Text.ElideRight
+                color: row.content.detailColor
+                font.pixelSize: 15
+            }
+        }
+    }
+}

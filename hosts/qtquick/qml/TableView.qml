@@ -1,0 +1,82 @@
+import QtQuick
+import QtQuick.Templates as T
+
+// A list of rows, of which only those in sight exist.
+ListView {
+    id: table
+
+    required property QtObject node
+    readonly property bool isLong: contentHeight > 4 * height
+    // Whether the keyboard led here, so that it is worth showing where it is.
+    property bool showsFocus: false
+
+    enabled: node.shown
+    visible: node.shown
+    clip: true
+    model: node.rows
+    cacheBuffer: 0
+    reuseItems: true
+    boundsBehavior: Flickable.StopAtBounds
+    keyNavigationEnabled: true
+    activeFocusOnTab: true
+    highlightMoveDuration: 0
+    highlightFollowsCurrentItem: true
+
+    Accessible.role: Accessible.List
+    Accessible.name: node.accessibleName
+    Accessible.focusable: true
+    Accessible.ignored: !enabled
+
+    onContentYChanged: node.scrollTo(contentY - originY)
+    onActiveFocusChanged: if (activeFocus && currentIndex < 0 && count > 0) currentIndex = 0
+
+    function goTo(row) {
+        currentIndex = Math.max(0, Math.min(count - 1, row))
+        positionViewAtIndex(currentIndex, ListView.Contain)
+    }
+
+    Keys.onPressed: event => {
+        const page = Math.max(1, Math.floor(height / node.rowHeight) - 1)
+        showsFocus = true
+        switch (event.key) {
+        case Qt.Key_PageDown: goTo(currentIndex + page); break
+        case Qt.Key_PageUp: goTo(currentIndex - page); break
+        case Qt.Key_Home: goTo(0); break
+        case Qt.Key_End: goTo(count - 1); break
+        case Qt.Key_Space:
+        case Qt.Key_Return:
+        case Qt.Key_Enter:
+            if (!event.isAutoRepeat)
+                node.select(currentIndex)
+            break
+        default:
+            return
+        }
+        event.accepted = true
+    }
+
+    delegate: TableRow {
+        table: table
+    }
+
+    T.ScrollBar.vertical: T.ScrollBar {
+        id: bar
+
+        width: table.isLong ? 28 : 14
+        policy: table.isLong ? T.ScrollBar.AlwaysOn : T.ScrollBar.AsNeeded
+        interactive: table.isLong
+        minimumSize: Math.min(1, 48 / Math.max(1, height))
+        hoverEnabled: true
+        padding: 4
+
+        contentItem: Item {
+            Rectangle {
+                anchors.right: parent.right
+                width: bar.pressed || bar.hovered ? 8 : 5
+                height: parent.height
+                radius: width / 2
+                color: bar.pressed ? table.node.tint : "#8A979F"
+            }
+        }
+    }
+}

@@ -1,0 +1,249 @@
+"""The program as a user has it: a home, a window, a console, and two films."""
+
+import os
+import subprocess
+import threading
+import uuid
+
+from accessibility import STATE_ENABLED
+from clips import View
+from processes import NotInTime, end, marked, start, until
+
+MARK = "QUILLOP_JOURNEY"
+
+
+class Home:
+    """A home folder with a videos folder, such as a new user has."""
+
+    def __init__(self, path):
+        self.path = path
+        self.videos = os.path.join(path, "Videos")
+        self.environment = {
+            "HOME": path,
+            "XDG_CONFIG_HOME": os.path.join(path, ".config"),
+            "XDG_DATA_HOME": os.path.join(path, ".local/share"),
+            "XDG_STATE_HOME": os.path.join(path, ".local/state"),
+            "XDG_CACHE_HOME": os.path.join(path, ".cache"),
+            "XDG_RUNTIME_DIR": os.path.join(path, "runtime"),
+        }
+        for folder in (self.videos, *self.environment.values()):
+            os.makedirs(folder, mode=0o700, exist_ok=True)
+        with open(os.path.join(path, ".config", "user-dirs.dirs"), "w", encoding="ascii") as file:
+            file.write('XDG_VIDEOS_DIR="$HOME/Videos"\n')
+
+    def add(self, clip_path, name):
+        """Puts a file into the videos folder, under a name of its own."""
+        os.link(clip_path, os.path.join(self.videos, name))
+
+
+class Program:
+    """One start of the program."""
+
+    def __init__(self, path, stage, home, environment=None):
+        self.stage = stage
+        self.lines = []
+        self.errors = []
+        self._mark = uuid.uuid4().hex
+        self._grown = threading.Condition()
+        own = {MARK: self._mark, "LANG": "C.UTF-8", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+        self._process = start(
+            [path], cwd=home.path, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, encoding="utf-8",
+            env={**stage.environment, **home.environment, **own, **(environment or {})},
+        )
+        self._readers = [self._reader(self._process.stdout, self.lines), self._reader(self._process.stderr, self.errors)]
+        self._root = None
+
+    def _reader(self, stream, lines):
+        def read():
+            for line in stream:
+                with self._grown:
+                    lines.append(line.rstrip("\n"))
+                    self._grown.notify_all()
+
+        thread = threading.Thread(target=read, daemon=True)
+        thread.start()
+        return thread
+
+    # Its life
+
+    def end(self):
+        """Makes it end, however it fares."""
+        end(self._process)
+        for process_id in self.left_running():
+            os.kill(process_id, 9)
+
+    def terminate(self):
+        self._process.terminate()
+
+    def exit_status(self, deadline=15.0):
+        """Waits for it to end by itself; negative for a signal."""
+        try:
+            status = self._process.wait(deadline)
+        except subprocess.TimeoutExpired as late:
+            raise NotInTime("the program does not end") from late
+        for reader in self._readers:
+            reader.join(5)
+        return status
+
+    @property
+    def is_running(self):
+        return self._process.poll() is None
+
+    def left_running(self):
+        """The ids of all processes that came of this start and are still there, itself included."""
+        return marked(MARK, self._mark)
+
+    # Its console
+
+    def mark(self):
+        """A place in the console: where it ends now."""
+        return len(self.lines)
+
+    def lines_up_to(self, line, since, deadline=15.0):
+        """The console lines after the place `since` up to the first that reads `line`."""
+        with self._grown:
+            if not self._grown.wait_for(lambda: line in self.lines[since:], deadline):
+                raise NotInTime(f"the console never said {line!r}, but {self.lines[since:]}")
+            return self.lines[since : self.lines.index(line, since) + 1]
+
+    # Its window
+
+    @property
+    def root(self):
+        if self._root is None:
+            self._root = self.stage.accessibility.program(self._process.pid)
+        return self._root
+
+    def find(self, name):
+        return self.root.find(name)
+
+    def wait_for(self, name, deadline=15.0):
+        """The object of that name, once it is on the screen."""
+        return until(lambda: self.find(name), lambda: f"'{name}' on the screen, where there is {self.root.shown_names()}",
+                     deadline)
+
+    def wait_until_gone(self, name, deadline=15.0):
+        until(lambda: self.find(name) is None, f"'{name}' to leave the screen", deadline)
+
+    def press(self, name):
+        """Presses a control as assistive technology does, once it is there and takes presses."""
+        node = self.wait_for(name)
+        until(lambda: node.has_state(STATE_ENABLED), f"'{name}' to take presses")
+        node.press()
+
+    def tap(self, node, across=0.5, down=0.5):
+        self.stage.screen.click(*node.at(across, down))
+
+    def focus(self, name):
+        """Moves the focus with the Tab key until it is on the control of that name."""
+        for _ in range(40):
+            node = self.wait_for(name)
+            if node.is_focused:
+                return node
+            self.stage.screen.key("Tab")
+        raise AssertionError(f"the Tab key never comes to '{name}'")
+
+    @property
+    def window(self):
+        """The number of its window."""
+        found = until(lambda: self.stage.screen.windows_of(self._process.pid), "the program's window")
+        return found[0]
+
+    # What its user does
+
+    def pass_first_start(self):
+        """Pages through the tutorial that a first start brings."""
+        self.press("next")
+        self.press("start")
+        self.wait_until_gone("start")
+
+    def open_list(self):
+        self.press("Choose videos")
+        self.wait_for("Videos for film 2")
+
+    def choose(self, film, title):
+        """Opens the list and taps a row of the film's table. Answers the console place before that tap."""
+        self.open_list()
+        row = self.row(film, title)
+        place = self.mark()
+        self.tap(row)
+        return place
+
+    def row(self, film, title):
+        """The row of that title in the film's table, once it lies still."""
+        table = self.wait_for(f"Videos for film {film.number}")
+        row = until(lambda: self._row_in(table, title), lambda: f"'{title}' in the list, which is\n{table.outline()}")
+        boxes = []
+
+        def lies_still():
+            boxes.append(row.box)
+            return len(boxes) > 3 and len(set(boxes[-3:])) == 1
+
+        until(lies_still, "the list to lie still")
+        return row
+
+    @staticmethod
+    def _row_in(table, title):
+        return next((row for row in table.children() if row.name.startswith(title + ", ")), None)
+
+
+class Film:
+    """One of the two films: its view, its controls, its channel."""
+
+    def __init__(self, program, number):
+        self.program = program
+        self.number = number
+        self.channel = number - 1
+
+    def view(self):
+        """What its view shows now."""
+        box = self.program.wait_for(f"Film {self.number}").box
+        return View(self.program.stage.screen.picture().crop(box))
+
+    def wait_for_view(self, condition, what, deadline=15.0):
+        """The first look at its view that fulfils `condition`."""
+        box = self.program.wait_for(f"Film {self.number}").box
+        last = [None]
+
+        def seen():
+            last[0] = View(self.program.stage.screen.picture().crop(box))
+            return last[0] if condition(last[0]) else None
+
+        return until(seen, lambda: f"{what}, but film {self.number} shows {last[0]}", deadline)
+
+    def wait_for_clip(self, clip):
+        """Until the clip is seen in its view."""
+        return self.wait_for_view(lambda view: view.border == clip.border and view.time is not None, clip.title)
+
+    def tap(self):
+        self.program.tap(self.program.wait_for(f"Film {self.number}"), 0.5, 0.4)
+
+    def show_controls(self):
+        """Taps until its controls have been shown just now, so that they stay for seconds."""
+        if self.program.find(self.closing) is not None:
+            self.tap()
+            self.program.wait_until_gone(self.closing)
+        self.tap()
+        self.program.wait_for(self.closing)
+
+    @property
+    def closing(self):
+        return f"Close film {self.number}"
+
+    @property
+    def playing(self):
+        """The name of its play/pause button while it plays."""
+        return f"Pause film {self.number}"
+
+    @property
+    def paused(self):
+        """The name of its play/pause button while it does not."""
+        return f"Play film {self.number}"
+
+    @property
+    def volume(self):
+        return f"Volume of film {self.number}"
+
+    @property
+    def position(self):
+        return f"Position in film {self.number}"

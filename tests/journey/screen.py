@@ -1,0 +1,129 @@
+"""A screen that exists in memory only, with a window manager, a pointer and a keyboard."""
+
+import mmap
+import os
+import struct
+import subprocess
+import tempfile
+import time
+import zlib
+
+import numpy
+
+from processes import end, start, until
+
+
+class Picture:
+    """Pixels of a screen: rows of red, green, blue."""
+
+    def __init__(self, pixels):
+        self.pixels = pixels
+
+    def crop(self, box):
+        x, y, width, height = (int(round(number)) for number in box)
+        return Picture(self.pixels[max(y, 0) : y + height, max(x, 0) : x + width])
+
+    def save(self, path):
+        """Writes a PNG file."""
+        height, width, _ = self.pixels.shape
+        rows = numpy.zeros((height, 1 + width * 3), numpy.uint8)
+        rows[:, 1:] = self.pixels.reshape(height, width * 3)
+
+        def chunk(kind, content):
+            checked = kind + content
+            return struct.pack(">I", len(content)) + checked + struct.pack(">I", zlib.crc32(checked))
+
+        header = struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)
+        with open(path, "wb") as file:
+            file.write(b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header))
+            file.write(chunk(b"IDAT", zlib.compress(rows.tobytes(), 6)) + chunk(b"IEND", b""))
+
+
+class VirtualScreen:
+    """An X server without a device. Its frame buffer is a file, so looking at it costs the programs nothing."""
+
+    def __init__(self, width=1280, height=900, log=subprocess.DEVNULL):
+        self._folder = tempfile.TemporaryDirectory(prefix="quillop-screen-")
+        self._manager = None
+        reader, writer = os.pipe()
+        self._server = start(
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{width}x{height}x24", "-fbdir", self._folder.name]
+            + ["-nolisten", "tcp", "-noreset"],
+            pass_fds=[writer], stdout=log, stderr=log,
+        )
+        os.close(writer)
+        with os.fdopen(reader) as pipe:
+            number = pipe.readline().strip()  # written once the server accepts connections
+        if not number:
+            self.close()
+            raise RuntimeError("the virtual screen did not start")
+        self.display = f":{number}"
+        self._frame_buffer = self._map()
+        self._log = log
+
+    def close(self):
+        end(self._manager)
+        end(self._server)
+        self._folder.cleanup()
+
+    def manage_windows(self):
+        self._manager = start(["openbox", "--sm-disable"], env=self._environment(), stdout=self._log, stderr=self._log)
+        # Only a window manager answers how many desktops there are.
+        until(lambda: self._run("xdotool", "get_num_desktops").strip().isdigit(), "the window manager")
+
+    def _environment(self):
+        return dict(os.environ, DISPLAY=self.display)
+
+    def _run(self, *command):
+        done = subprocess.run(command, env=self._environment(), stdin=subprocess.DEVNULL, timeout=20, text=True,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+        return done.stdout
+
+    def _map(self):
+        with open(os.path.join(self._folder.name, "Xvfb_screen0"), "rb") as file:
+            return mmap.mmap(file.fileno(), 0, prot=mmap.PROT_READ)
+
+    def picture(self):
+        """What is on the screen now. The format is that of xwd(1): XWDFile.h, version 7, big-endian header."""
+        header = struct.unpack_from(">25I", self._frame_buffer)
+        header_size, width, height, bytes_per_line, colours = header[0], header[4], header[5], header[12], header[19]
+        # Each entry of the colour map takes 12 bytes.
+        pixels = numpy.frombuffer(self._frame_buffer, numpy.uint8, bytes_per_line * height, header_size + colours * 12)
+        pixels = pixels.reshape(height, bytes_per_line // 4, 4)[:, :width]
+        return Picture(pixels[:, :, 2::-1].copy())  # in memory blue, green, red, unused
+
+    # The pointer and the keyboard. xdotool's own waiting (--sync) never ends where nothing changes.
+
+    def point_at(self, x, y):
+        self._run("xdotool", "mousemove", str(int(x)), str(int(y)))
+
+    def click(self, x, y):
+        self.point_at(x, y)
+        self._run("xdotool", "mousedown", "1")
+        time.sleep(0.03)
+        self._run("xdotool", "mouseup", "1")
+
+    def drag(self, start_at, end_at, steps=8):
+        """Presses at one place, moves in steps as a hand does, and lets go at the other."""
+        self.point_at(*start_at)
+        self._run("xdotool", "mousedown", "1")
+        for step in range(1, steps + 1):
+            part = step / steps
+            self.point_at(start_at[0] + (end_at[0] - start_at[0]) * part, start_at[1] + (end_at[1] - start_at[1]) * part)
+            time.sleep(0.02)
+        self._run("xdotool", "mouseup", "1")
+
+    def key(self, *names):
+        self._run("xdotool", "key", *names)
+
+    def windows_of(self, process_id):
+        """The visible windows of a process."""
+        found = self._run("xdotool", "search", "--onlyvisible", "--pid", str(process_id), "--name", ".")
+        return [int(line) for line in found.split() if line.isdigit()]
+
+    def active_window(self):
+        answer = self._run("xdotool", "getactivewindow").strip()
+        return int(answer) if answer.isdigit() else None
+
+    def minimise(self, window):
+        self._run("xdotool", "windowminimize", str(window))
