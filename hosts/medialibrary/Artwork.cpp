@@ -1,5 +1,6 @@
 #include "hosts/medialibrary/Artwork.h"
 
+#include "hosts/medialibrary/PercentEncoding.h"
 #include "hosts/medialibrary/Thumbnails.h"
 
 #include <algorithm>
@@ -13,13 +14,6 @@ namespace {
 
 constexpr std::string_view prefix = "image://artwork/";
 constexpr double patience = 10.0;  // seconds
-
-int hexValue(char c) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  const char upper = c >= 'a' && c <= 'f' ? static_cast<char>(c - 'a' + 'A') : c;
-  const auto value = digits.find(upper);
-  return value == std::string_view::npos ? -1 : static_cast<int>(value);
-}
 
 /// The average of the pixels of `still` that the pixel (column, row) of a picture of the size of `small` covers.
 void average(const probe::Still& still, probe::Still& small, int column, int row) {
@@ -69,35 +63,12 @@ std::optional<probe::Still> made(const ThumbnailCache& cache, const std::string&
 }  // namespace
 
 std::string artworkSource(std::string_view path) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  constexpr std::string_view marks = "-._~";  // RFC 3986, 2.3
-  std::string source(prefix);
-  for (const char c : path) {
-    const auto byte = static_cast<unsigned char>(c);
-    const bool isPlain = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-                         marks.find(c) != std::string_view::npos;
-    if (isPlain) {
-      source += c;
-    } else {
-      source += {'%', digits[byte >> 4U], digits[byte & 0xFU]};
-    }
-  }
-  return source;
+  constexpr std::string_view unreservedMarks = "-._~";  // RFC 3986, 2.3
+  return std::string(prefix) + percentEncoded(path, unreservedMarks);
 }
 
 std::string pathOfArtwork(std::string_view encoded) {
-  std::string path;
-  for (std::size_t i = 0; i < encoded.size(); ++i) {
-    const bool isEncoded =
-        encoded[i] == '%' && i + 2 < encoded.size() && hexValue(encoded[i + 1]) >= 0 && hexValue(encoded[i + 2]) >= 0;
-    if (!isEncoded) {
-      path += encoded[i];
-      continue;
-    }
-    path += static_cast<char>(hexValue(encoded[i + 1]) * 16 + hexValue(encoded[i + 2]));
-    i += 2;
-  }
-  return path;
+  return percentDecoded(encoded);
 }
 
 std::optional<probe::Still> artwork(const std::string& path, int largestSide) try {

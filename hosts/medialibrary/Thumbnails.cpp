@@ -1,6 +1,7 @@
 #include "hosts/medialibrary/Thumbnails.h"
 
 #include "hosts/medialibrary/Folders.h"
+#include "hosts/medialibrary/PercentEncoding.h"
 #include "hosts/medialibrary/Png.h"
 
 extern "C" {
@@ -148,20 +149,7 @@ void ThumbnailCache::store(ThumbnailSize size, const probe::Still& still) const 
 }
 
 std::string thumbnailUri(const std::string& path) {
-  constexpr std::string_view hexDigits = "0123456789ABCDEF";
-  constexpr std::string_view marks = "-_.!~*'()$&+,/:=@";
-  std::string uri = "file://";
-  for (const char c : path) {
-    const auto byte = static_cast<unsigned char>(c);
-    const bool isPlain = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-                         marks.find(c) != std::string_view::npos;
-    if (isPlain) {
-      uri += c;
-    } else {
-      uri += {'%', hexDigits[byte >> 4U], hexDigits[byte & 0xFU]};
-    }
-  }
-  return uri;
+  return "file://" + percentEncoded(path, "-_.!~*'()$&+,/:=@");
 }
 
 }  // namespace medialibrary

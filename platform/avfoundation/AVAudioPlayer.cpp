@@ -29,8 +29,8 @@ void AVAudioPlayer::prepareToPlay() {
 }
 
 void AVAudioPlayer::setPan(float pan) {
-  pan_ = pan;
-  engine_->setPan(pan);
+  pan_ = std::isnan(pan) ? 0 : std::clamp(pan, -1.0F, 1.0F);
+  engine_->setPan(pan_);
 }
 
 void AVAudioPlayer::setVolume(float volume) {

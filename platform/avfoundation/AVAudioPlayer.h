@@ -17,7 +17,8 @@ class AVAudioPlayer final : public NSObject {
   AVAudioPlayer() = default;
 
   void prepareToPlay();
-  /// -1 is full left, +1 full right: all of the source's channels on that side, exact zeros on the other.
+  /// -1 is full left, +1 full right: all of the source's channels on that side, exact zeros on the other;
+  /// held inside that range.
   void setPan(float pan);
   float pan() const { return pan_; }
   /// Linear gain from 0 to 1, 1 at first; held inside that range.

@@ -30,13 +30,17 @@ void AVPlayer::open() {
   };
   engine_ = Platform::current().ports().mediaEngine.openPicture(currentItem_->asset()->URL()->absoluteString(),
                                                                 {.ended = end, .failed = end});
-  currentItem_->audioMixChanged_ = [this] {
-    std::vector<int> silenced;
-    for (const auto& parameters : currentItem_->audioMix()->inputParameters()) {
-      if (parameters->volume() == 0) silenced.push_back(parameters->trackID());
-    }
-    engine_->setSilenced(silenced);
-  };
+  currentItem_->audioMixChanged_ = [this] { engine_->setSilenced(silencedTracks()); };
+}
+
+std::vector<int> AVPlayer::silencedTracks() const {
+  std::vector<int> silenced;
+  const auto& mix = currentItem_->audioMix();
+  if (!mix) return silenced;
+  for (const auto& parameters : mix->inputParameters()) {
+    if (parameters->volume() == 0) silenced.push_back(parameters->trackID());
+  }
+  return silenced;
 }
 
 void AVPlayer::didReachEnd() {

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 /// Posted by an item when it was played to its end.
 inline constexpr const char* AVPlayerItemDidPlayToEndTimeNotification = "AVPlayerItemDidPlayToEndTimeNotification";
@@ -18,7 +19,7 @@ class AVPlayerItem final : public NSObject {
 
   const Strong<AVAsset>& asset() const { return asset_; }
   const Strong<AVMutableAudioMix>& audioMix() const { return audioMix_; }
-  /// The player that plays the item does not decode the tracks that the mix silences.
+  /// The player that plays the item does not decode the tracks that the mix silences. None silences nothing.
   void setAudioMix(Strong<AVMutableAudioMix> mix);
 
  private:
@@ -56,6 +57,7 @@ class AVPlayer final : public NSObject {
  private:
   void open();
   void didReachEnd();
+  std::vector<int> silencedTracks() const;
 
   Strong<AVPlayerItem> currentItem_;
   std::unique_ptr<host::PicturePlayer> engine_;

@@ -1,5 +1,7 @@
 #include "platform/avfoundation/AVPlayerLayer.h"
 
+#include <algorithm>
+
 Strong<AVPlayerLayer> AVPlayerLayer::playerLayerWithPlayer(const Strong<AVPlayer>& player) {
   auto layer = make<AVPlayerLayer>(player);
   const auto content = make<AVPlayerContentLayer>(player->pictures());
@@ -10,9 +12,16 @@ Strong<AVPlayerLayer> AVPlayerLayer::playerLayerWithPlayer(const Strong<AVPlayer
 
 void AVPlayerLayer::setFrame(CGRect frame) {
   CALayer::setFrame(frame);
-  for (const auto& content : children()) content->setFrame({{0, 0}, frame.size});
+  if (const auto layer = content()) layer->setFrame({{0, 0}, frame.size});
+}
+
+Strong<CALayer> AVPlayerLayer::content() const {
+  const auto found = std::find_if(children().begin(), children().end(), [](const auto& layer) {
+    return dynamic_cast<const AVPlayerContentLayer*>(layer.get()) != nullptr;
+  });
+  return found == children().end() ? nullptr : *found;
 }
 
 void AVPlayerLayer::didRemoveSublayer() {
-  if (children().empty()) player_ = nullptr;
+  if (!content()) player_ = nullptr;
 }

@@ -30,5 +30,7 @@ class AVPlayerLayer : public CALayer {
   void didRemoveSublayer() override;
 
  private:
+  Strong<CALayer> content() const;
+
   Strong<AVPlayer> player_;
 };

@@ -20,7 +20,7 @@ class CALayer : public NSObject {
   CGRect frame() const { return frame_; }
   virtual void setFrame(CGRect frame);
 
-  /// The list of sublayers, or none for a layer that never had any.
+  /// The list of sublayers, or none for a layer without any.
   virtual std::optional<std::vector<Strong<CALayer>>> sublayers() const;
   Strong<CALayer> superlayer() const { return superlayer_.lock(); }
   void addSublayer(const Strong<CALayer>& layer);

@@ -52,9 +52,6 @@ def end(process, patience=5.0):
     except ProcessLookupError:
         pass
     process.wait()
-    for stream in (process.stdout, process.stderr):
-        if stream is not None:
-            stream.close()
 
 
 def marked(variable, value):

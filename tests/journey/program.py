@@ -1,6 +1,7 @@
 """The program as a user has it: a home, a window, a console, and two films."""
 
 import os
+import signal
 import subprocess
 import threading
 import uuid
@@ -70,7 +71,11 @@ class Program:
         """Makes it end, however it fares."""
         end(self._process)
         for process_id in self.left_running():
-            os.kill(process_id, 9)
+            os.kill(process_id, signal.SIGKILL)
+        for reader in self._readers:
+            reader.join()
+        self._process.stdout.close()
+        self._process.stderr.close()
 
     def terminate(self):
         self._process.terminate()

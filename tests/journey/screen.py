@@ -125,5 +125,21 @@ class VirtualScreen:
         answer = self._run("xdotool", "getactivewindow").strip()
         return int(answer) if answer.isdigit() else None
 
-    def minimise(self, window):
-        self._run("xdotool", "windowminimize", str(window))
+    def cover(self):
+        """Another program's window, over everything. It has the focus once this returns."""
+        before = self.active_window()
+        width, height = self.picture().pixels.shape[1::-1]
+        return Cover(["ffplay", "-loglevel", "quiet", "-f", "lavfi", "-x", str(width), "-y", str(height), "-i",
+                      "color=gray"], self._environment(), lambda: self.active_window() not in (None, before))
+
+
+class Cover:
+    """A window that is in the way."""
+
+    def __init__(self, command, environment, is_there):
+        self._process = start(command, env=dict(environment, SDL_AUDIODRIVER="dummy"), stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL)
+        until(is_there, "a window over the others")
+
+    def close(self):
+        end(self._process)

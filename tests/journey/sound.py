@@ -1,5 +1,6 @@
 """A sound server of one's own that plays to nobody, and everything it plays as numbers."""
 
+import math
 import os
 import subprocess
 import tempfile
@@ -68,9 +69,9 @@ class Recorder:
         self.take(0.05)
 
     def close(self):
-        self._process.kill()
-        self._thread.join()
         end(self._process)
+        self._thread.join()
+        self._process.stdout.close()
 
     def _read(self):
         while True:
@@ -138,6 +139,13 @@ class Sound:
         spectrum = self._spectrum(channel)
         middle = int(round(frequency * len(self.samples) / RATE))
         return float(spectrum[max(middle - 4, 0) : middle + 5].max())
+
+    def share_in_decibels(self, channel, foreign, own):
+        """How far the tone `foreign` stays below the tone `own`; minus infinity where there is nothing of it."""
+        amplitudes = self.tone(channel, foreign), self.tone(channel, own)
+        if not all(amplitudes):
+            return -math.inf if amplitudes[1] else math.inf
+        return 20 * math.log10(amplitudes[0] / amplitudes[1])
 
     def __str__(self):
         return ", ".join(

@@ -268,6 +268,7 @@ TEST_F(Library, IsSortedByPathWhereTitlesAreTheSame) {
 }
 
 struct OddName {
+  const char* what;
   std::string name;
   std::string title;
 };
@@ -282,12 +283,15 @@ TEST_P(LibraryWithOddName, ShowsItAsTextAndKeepsItsBytes) {
   EXPECT_EQ(NSURL::URLWithString(found->item(0).url)->path(), path);
 }
 
-INSTANTIATE_TEST_SUITE_P(Names, LibraryWithOddName,
-                         testing::Values(OddName{"two\nlines\t.mp4", "two lines"},
-                                         OddName{"\"it's\".mp4", "\"it's\""}, OddName{"-i.mp4", "-i"},
-                                         OddName{"caff\xE8.mp4", "caff\xEF\xBF\xBD"},
-                                         OddName{"100%25 #1?.mp4", "100%25 #1?"}, OddName{"a\\b;c&d.mp4", "a\\b;c&d"},
-                                         OddName{std::string(251, 'n') + ".mp4", std::string(251, 'n')}));
+INSTANTIATE_TEST_SUITE_P(
+    Names, LibraryWithOddName,
+    testing::Values(OddName{"LineFeed", "two\nlines\t.mp4", "two lines"},
+                    OddName{"Quotes", "\"it's\".mp4", "\"it's\""}, OddName{"LeadingDash", "-i.mp4", "-i"},
+                    OddName{"InvalidUtf8", "caff\xE8.mp4", "caff\xEF\xBF\xBD"},
+                    OddName{"UrlCharacters", "100%25 #1?.mp4", "100%25 #1?"},
+                    OddName{"ShellCharacters", "a\\b;c&d.mp4", "a\\b;c&d"},
+                    OddName{"LongestName", std::string(251, 'n') + ".mp4", std::string(251, 'n')}),
+    [](const auto& name) { return name.param.what; });
 
 TEST_F(Library, ShowsATagOfSeveralLinesAsOne) {
   folder_.copy(filmWith("lines.mp4", {"-metadata", "title=one\ntwo"}), "film.mp4");

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -280,7 +281,13 @@ INSTANTIATE_TEST_SUITE_P(
                     Tagged{"media_type", "21", 1024}, Tagged{"media_type", "23", 4096},
                     Tagged{"media_type", "99", 8192}, Tagged{"CONTENT_TYPE", "Feature Film", 256},
                     Tagged{"CONTENT_TYPE", "TV-Show", 512}, Tagged{"CONTENT_TYPE", "music video", 2048},
-                    Tagged{"CONTENT_TYPE", "Home video", 8192}, Tagged{"CONTENT_TYPE", "Zeppelin", 8192}));
+                    Tagged{"CONTENT_TYPE", "Home video", 8192}, Tagged{"CONTENT_TYPE", "Zeppelin", 8192}),
+    [](const auto& tagged) {
+      std::string name = std::string(tagged.param.tag) + "_" + tagged.param.value;
+      std::replace_if(
+          name.begin(), name.end(), [](char c) { return c == ' ' || c == '-'; }, '_');
+      return name;
+    });
 
 TEST(Kind, SurvivesTheMoveIntoAnotherContainer) {
   const std::string programme = copied("probe-programme.mp4", {"-metadata", "media_type=10"});

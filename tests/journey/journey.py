@@ -1,0 +1,161 @@
+"""What every journey starts from: the stage, the clips, and a program with two empty films."""
+
+import os
+import tempfile
+import unittest
+
+import clips
+from program import Film, Home, Program
+
+FILM_A = clips.Clip("Film A", "white", 300, 30)
+FILM_B = clips.Clip("Film B", "orange", 1000, 30)
+SHORT_FILM = clips.Clip("Film C, four seconds", "green", 2000, 4)
+PROTECTED_FILM = clips.Clip("Film D, protected", "green", 2000, 30)
+CUT_OFF = "Film E, cut off"
+NO_FILM = "Film F, no film at all"
+
+
+class Surroundings:
+    """What lasts over all journeys: where the program is, the stage, the clips, and the program that many share."""
+
+    def __init__(self, program_path, stage, folder):
+        self.program_path = os.path.abspath(program_path)
+        self.stage = stage
+        self.folder = folder
+        self._homes = tempfile.TemporaryDirectory(prefix="quillop-homes-", dir=folder)
+        self._shared = None
+        self._make_clips()
+
+    def close(self):
+        if self._shared is not None:
+            self._shared.end()
+        self._homes.cleanup()
+
+    def _clip_path(self, title):
+        return os.path.join(self.folder, "clips", title + ".mp4")
+
+    def _make_clips(self):
+        for clip in (FILM_A, FILM_B, SHORT_FILM):
+            clip.write(self._clip_path(clip.title))
+        PROTECTED_FILM.write(self._clip_path(PROTECTED_FILM.title), *clips.ENCRYPTED)
+        with open(self._clip_path(FILM_A.title), "rb") as whole, open(self._clip_path(CUT_OFF), "wb") as part:
+            part.write(whole.read(3000))
+        with open(self._clip_path(NO_FILM), "w", encoding="ascii") as file:
+            file.write("This is a letter, not a film.\n" * 100)
+
+    def new_home(self, *titles):
+        """A home with these films in its videos folder; without any named, all of them."""
+        home = Home(tempfile.mkdtemp(dir=self._homes.name))
+        every = [clip.title for clip in (FILM_A, FILM_B, SHORT_FILM, PROTECTED_FILM)] + [CUT_OFF, NO_FILM]
+        for title in titles or every:
+            home.add(self._clip_path(title), title + ".mp4")
+        return home
+
+    def start(self, home, **environment):
+        return Program(self.program_path, self.stage, home, environment)
+
+    def shared_program(self):
+        """A program past its first start, with all films in its list. Started anew when the last one is gone."""
+        if self._shared is not None and not self._shared.is_running:
+            self._shared.end()
+            self._shared = None
+        if self._shared is None:
+            self._shared = self.start(self.new_home())
+            self._shared.pass_first_start()
+        return self._shared
+
+
+class Journey(unittest.TestCase):
+    """One test. `surroundings` is set before the tests run."""
+
+    surroundings = None
+    maxDiff = None
+
+    def setUp(self):
+        self.stage = self.surroundings.stage
+        self.screen = self.stage.screen
+        self.sound = self.stage.sound
+        self.program = None
+
+    def start(self, home, **environment):
+        """A program of the test's own, which ends with it."""
+        self.program = self.surroundings.start(home, **environment)
+        self.addCleanup(self.program.end)
+        self._meet_films()
+        return self.program
+
+    def share(self):
+        """The program that many tests share, with empty films, which are empty again at the end."""
+        self.program = self.surroundings.shared_program()
+        self._meet_films()
+        self.addCleanup(self._empty_films)
+
+    def _meet_films(self):
+        self.film1, self.film2 = Film(self.program, 1), Film(self.program, 2)
+
+    def _empty_films(self):
+        if not self.program.is_running:
+            return
+        for film in (self.film1, self.film2):
+            if film.view().border is not None:
+                film.show_controls()
+                self.program.press(film.closing)
+                film.wait_for_view(lambda view: view.border is None, "an empty view")
+            elif self.program.find(film.closing) is not None:
+                film.tap()  # shown over an empty film, they would make the next load hide them
+            self.program.wait_until_gone(film.closing)
+
+    def play(self, film, clip):
+        """Chooses a clip for a film and waits until it is seen and heard. Answers the console place of the choice."""
+        place = self.program.choose(film, clip.title)
+        film.wait_for_clip(clip)
+        self.hear(film, clip)
+        return place
+
+    # What there is to hear
+
+    def plays(self, sound, film, clip):
+        """Whether the film's channel carries one of the clip's tones, loudest of all."""
+        tones = [clip.tone_at(time) for time in range(0, clip.seconds, clips.SEGMENT_SECONDS)]
+        heard = sound.strongest(film.channel)
+        return any(abs(heard - tone) < 6 for tone in tones)
+
+    def hear(self, film, clip):
+        return self.sound.until(lambda sound: self.plays(sound, film, clip), f"{clip.title} to be heard")
+
+    def hear_nothing(self, film):
+        """Until the film's channel is silent, and stays so: nothing but zeros."""
+        self.sound.until(lambda sound: sound.is_silent(film.channel), f"silence of film {film.number}")
+        later = self.sound.take(0.5)
+        self.assertTrue(later.is_silent(film.channel), str(later))
+        return later
+
+    def assert_still_plays(self, film, clip):
+        """It goes on to be heard, in its own channel, and its picture goes on to move."""
+        sound = self.sound.take(0.3)
+        self.assertTrue(self.plays(sound, film, clip), str(sound))
+        self.wait_until_it_moves(film)
+        self.assertEqual(film.view().border, clip.border)
+
+    def wait_until_it_moves(self, film):
+        first = film.wait_for_view(lambda view: view.time is not None, "a clip").time
+        film.wait_for_view(lambda view: view.time is not None and view.time > first, "a moving picture")
+
+    def assert_stands_still(self, film):
+        """The picture does not change while the other film has the time to show several."""
+        film.wait_for_view(lambda view: view.time is not None, "a clip")
+        seen = [film.view().time for _ in range(3) if self.sound.take(0.2) is not None]
+        self.assertEqual(len(set(seen)), 1, f"the picture moved: {seen}")
+
+    def report(self, folder):
+        """Leaves what there is to see behind, for whoever looks into a failure."""
+        os.makedirs(folder, exist_ok=True)
+        base = os.path.join(folder, self.id().rsplit(".", 1)[-1])
+        self.screen.picture().save(base + ".png")
+        if self.program is None:
+            return
+        with open(base + ".txt", "w", encoding="utf-8") as file:
+            file.write("Console:\n" + "\n".join(self.program.lines))
+            file.write("\n\nStandard error:\n" + "\n".join(self.program.errors))
+            if self.program.is_running:
+                file.write("\n\nAccessibility tree:\n" + self.program.root.outline() + "\n")

@@ -1,0 +1,114 @@
+"""What goes wrong with one film leaves the other one alone."""
+
+import os
+
+from journey import CUT_OFF, FILM_A, FILM_B, NO_FILM, PROTECTED_FILM, SHORT_FILM, Journey
+from processes import until
+
+
+class Troubles(Journey):
+    def setUp(self):
+        super().setUp()
+        self.share()
+
+    def test_a_protected_film_is_refused_and_the_one_that_plays_goes_on(self):
+        self.play(self.film1, FILM_A)
+        place = self.program.choose(self.film1, PROTECTED_FILM.title)
+        self.program.wait_for("Attenction")
+        self.assertEqual(self.program.lines_up_to("passoVideo video1 : true", place)[1:],
+                         ["tabella 1", "finito", "passoVideo video1 : true"])
+        self.assert_still_plays(self.film1, FILM_A)
+        self.program.press("OK")
+        self.program.wait_until_gone("Attenction")
+        self.assertNotIn("posso far partire il video", self.program.lines[place:])
+        self.assert_still_plays(self.film1, FILM_A)
+
+    def test_files_that_are_no_films_do_no_harm(self):
+        self.play(self.film2, FILM_B)
+        for title in (CUT_OFF, NO_FILM):
+            self.program.open_list()
+            self.program.row(self.film1, FILM_A.title)
+            table = self.program.wait_for("Videos for film 1")
+            row = next((row for row in table.children() if row.name.startswith(title)), None)
+            if row is None:
+                self.program.press("Close")
+            else:
+                place = self.program.mark()
+                self.program.tap(row)
+                self.program.lines_up_to("Error getting the audio file", place)
+            self.program.wait_until_gone("Videos for film 1")
+            self.assert_still_plays(self.film2, FILM_B)
+            self.assertIsNone(self.film1.view().border)
+
+    def test_the_end_of_a_film_closes_it(self):
+        self.play(self.film1, FILM_A)
+        place = self.play(self.film2, SHORT_FILM)
+        started = self.program.lines.index("faccio partire video 2", place)
+        self.film2.wait_for_view(lambda view: view.border is None, "the film to be closed")
+        self.program.lines_up_to("rimuovo il video 1", place)
+        lines = self.program.lines[self.program.lines.index("setSlider", started) :]
+        self.assertEqual([line for line in lines if line != "------------------------ Done"], [
+            "setSlider", "toccatoFilm2", "2     la vista non è stata rimossa",
+            "ChiudiFilm2", "-------------- chiudiFilm chiudo il film ",
+            "blocco timer", "blocco tutto", "rimuovo il video 1",
+        ])
+        self.hear_nothing(self.film2)
+        self.assert_still_plays(self.film1, FILM_A)
+
+    def test_without_a_sound_server_the_picture_plays(self):
+        program = self.start(self.surroundings.new_home(FILM_A.title), **self.stage.sound_server.environment_without_server)
+        program.pass_first_start()
+        program.choose(self.film1, FILM_A.title)
+        self.film1.wait_for_clip(FILM_A)
+        self.wait_until_it_moves(self.film1)
+        self.film1.show_controls()
+        program.press(self.film1.playing)
+        program.wait_for(self.film1.paused)
+        self.assert_stands_still(self.film1)
+        program.terminate()
+        self.assertEqual(program.exit_status(), 0)
+
+
+class StartAndEnd(Journey):
+    def setUp(self):
+        super().setUp()
+        self.home = self.surroundings.new_home(FILM_A.title)
+        self.start(self.home).pass_first_start()
+        self.play(self.film1, FILM_A)
+
+    def test_a_second_start_brings_the_first_window_forward(self):
+        window = self.program.window
+        cover = self.screen.cover()
+        self.addCleanup(cover.close)
+        self.assertIsNone(self.film1.view().border, "the cover hides the program")
+
+        second = self.surroundings.start(self.home)
+        self.addCleanup(second.end)
+        self.assertEqual(second.exit_status(), 0)
+        self.assertEqual(second.lines, [])
+        until(lambda: self.screen.active_window() == window, "the first window to come forward")
+        self.assert_still_plays(self.film1, FILM_A)
+
+    def test_closing_the_window_ends_the_program(self):
+        self.screen.key("alt+F4")
+        self.check_the_end(self.program)
+
+    def test_a_termination_signal_ends_the_program(self):
+        self.program.terminate()
+        self.check_the_end(self.program)
+
+    def check_the_end(self, program):
+        self.assertEqual(program.exit_status(), 0)
+        until(lambda: not program.left_running(), lambda: f"no process left, but {commands(program.left_running())}")
+        self.assertTrue(self.sound.take(0.5).is_silent(self.film1.channel))
+
+
+def commands(process_ids):
+    found = []
+    for process_id in process_ids:
+        try:
+            with open(os.path.join("/proc", str(process_id), "cmdline"), "rb") as file:
+                found.append(file.read().replace(b"\0", b" ").decode())
+        except OSError:
+            continue
+    return found
