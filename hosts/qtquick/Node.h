@@ -38,7 +38,8 @@ class Node : public QObject {
   /// Makes the item from the component of that name, with this node as its property `node`, as the topmost one in
   /// `parent`. To be called once, by the most derived class's maker.
   void makeItem(const QString& component, QQuickItem& parent, CGRect frame);
-  void adoptItem(std::unique_ptr<QQuickItem> item) { item_ = std::move(item); }
+  /// For a class whose own members the item refers to: before they go.
+  void dropItem() { item_ = nullptr; }
   void place(CGRect frame);
 
  private:

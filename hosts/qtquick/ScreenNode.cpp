@@ -54,7 +54,10 @@ ScreenNode::ScreenNode(Mirror& mirror, const Strong<UIViewController>& controlle
   if (alert) alert_ = std::make_unique<AlertNode>(alert);
 }
 
-ScreenNode::~ScreenNode() = default;
+ScreenNode::~ScreenNode() {
+  view_ = nullptr;
+  dropItem();
+}
 
 void ScreenNode::update() {
   const auto window = mirror().window();

@@ -18,8 +18,8 @@ class NSTimer final : public NSObject {
   template <class Target>
   static Strong<NSTimer> scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
       double interval, const Strong<Target>& target, void (Target::*selector)(const Strong<NSTimer>&),
-      Strong<NSObject> userInfo, bool repeats) {
-    return scheduled(interval, repeats, std::move(userInfo),
+      const Strong<NSObject>& userInfo, bool repeats) {
+    return scheduled(interval, repeats, userInfo,
                      [target, selector](const Strong<NSTimer>& timer) { (target.get()->*selector)(timer); });
   }
 

@@ -74,7 +74,8 @@ bool NSURL::isFileURL() const {
 
 std::string NSURL::path() const {
   if (!isFileURL()) return {};
-  const std::string_view encoded = std::string_view(absoluteString_).substr(7);
+  std::string_view encoded = absoluteString_;
+  encoded.remove_prefix(7);
   std::string decoded;
   for (std::size_t i = 0; i < encoded.size(); ++i) {
     if (encoded[i] == '%' && i + 2 < encoded.size() && hexValue(encoded[i + 1]) >= 0 &&

@@ -119,13 +119,13 @@ void UIWindow::startWaiting() {
   Waiting work = std::move(*next);
   waiting_.erase(next);
   if (work.kind == Waiting::Kind::Presentation) {
-    startPresentation(std::move(work));
+    startPresentation(work);
   } else {
-    startDismissal(std::move(work));
+    startDismissal(work);
   }
 }
 
-void UIWindow::startPresentation(Waiting work) {
+void UIWindow::startPresentation(const Waiting& work) {
   const auto presenter = work.presenter.lock();
   const auto controller = work.controller;
   presenter->presented_ = controller;
@@ -153,7 +153,7 @@ void UIWindow::endPresentation(const Waiting& work) {
   startWaiting();
 }
 
-void UIWindow::startDismissal(Waiting work) {
+void UIWindow::startDismissal(const Waiting& work) {
   const auto from = std::find_if(presentations_.begin(), presentations_.end(),
                                  [&](const Presentation& each) { return each.controller == work.controller; });
   const auto presenter = work.controller->presentingViewController();

@@ -70,10 +70,10 @@ class UIWindow final : public UIView {
   bool isShown(const UIViewController& controller) const;
   void startWaiting();
   bool canStart(const Waiting& waiting) const;
-  void startPresentation(Waiting presentation);
-  void endPresentation(const Waiting& presentation);
-  void startDismissal(Waiting dismissal);
-  void endDismissal(const Waiting& dismissal);
+  void startPresentation(const Waiting& work);
+  void endPresentation(const Waiting& work);
+  void startDismissal(const Waiting& work);
+  void endDismissal(const Waiting& work);
   void afterTransition(bool animated, std::function<void()> block);
 
   Strong<UIViewController> root_;

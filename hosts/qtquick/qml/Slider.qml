@@ -107,7 +107,7 @@ T.Slider {
             horizontalAlignment: Text.AlignHCenter
             text: slider.node.elapsed
             color: "#FFFFFF"
-            font { pixelSize: 15; features: { "tnum": 1 } }
+            font.pixelSize: 15
         }
         Text {
             id: length

@@ -3,7 +3,7 @@ import QtQuick.Templates as T
 
 // A list of rows, of which only those in sight exist.
 ListView {
-    id: table
+    id: list
 
     required property QtObject node
     readonly property bool isLong: contentHeight > 4 * height
@@ -56,15 +56,15 @@ ListView {
     }
 
     delegate: TableRow {
-        table: table
+        table: list
     }
 
     T.ScrollBar.vertical: T.ScrollBar {
         id: bar
 
-        width: table.isLong ? 28 : 14
-        policy: table.isLong ? T.ScrollBar.AlwaysOn : T.ScrollBar.AsNeeded
-        interactive: table.isLong
+        width: list.isLong ? 28 : 14
+        policy: list.isLong ? T.ScrollBar.AlwaysOn : T.ScrollBar.AsNeeded
+        interactive: list.isLong
         minimumSize: Math.min(1, 48 / Math.max(1, height))
         hoverEnabled: true
         padding: 4
@@ -75,7 +75,7 @@ ListView {
                 width: bar.pressed || bar.hovered ? 8 : 5
                 height: parent.height
                 radius: width / 2
-                color: bar.pressed ? table.node.tint : "#8A979F"
+                color: bar.pressed ? list.node.tint : "#8A979F"
             }
         }
     }

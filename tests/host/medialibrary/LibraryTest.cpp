@@ -200,6 +200,7 @@ TEST_F(Library, FollowsLinksToElsewhere) {
 TEST_F(Library, SurvivesLinksThatLeadInCircles) {
   folder_.copy(film(), "a/film.mp4");
   fs::create_symlink(folder_.path(), folder_ / "a/up");
+  fs::create_symlink(folder_.path(), folder_ / "a/up again");
   fs::create_symlink(folder_ / "a", folder_ / "b");
   fs::create_symlink(folder_ / "self", folder_ / "self");
   fs::create_symlink(folder_ / "loop.mp4", folder_ / "loop.mp4");

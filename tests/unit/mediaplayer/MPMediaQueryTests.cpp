@@ -19,9 +19,9 @@ class MPMediaQueryTest : public BarePlatform {
     }
     return result;
   }
-  static MPMediaQuery queryFor(std::uint64_t mediaType) {
-    MPMediaQuery query;
-    query.addFilterPredicate(MPMediaPropertyPredicate::predicateWithValue_forProperty(
+  static Strong<MPMediaQuery> queryFor(std::uint64_t mediaType) {
+    auto query = make<MPMediaQuery>();
+    query->addFilterPredicate(MPMediaPropertyPredicate::predicateWithValue_forProperty(
         NSNumber::numberWithInteger(static_cast<std::int64_t>(mediaType)), MPMediaItemPropertyMediaType));
     return query;
   }
@@ -34,34 +34,34 @@ TEST_F(MPMediaQueryTest, AHomeVideoIs8192) {
 TEST_F(MPMediaQueryTest, FindsTheItemsOfThatKindInTheLibrarysOrder) {
   host.mediaLibrary.itemsByType[8192] = {{"file:///b", "b", 1, ""}, {"file:///a", "a", 1, ""}};
   host.mediaLibrary.itemsByType[256] = {{"file:///film", "film", 1, ""}};
-  const auto items = queryFor(MPMediaTypeHomeVideo).items();
+  const auto items = queryFor(MPMediaTypeHomeVideo)->items();
   ASSERT_TRUE(items);
   EXPECT_THAT(titles(*items), ElementsAre("b", "a"));
 }
 
 TEST_F(MPMediaQueryTest, FindsNothingInAnEmptyLibrary) {
-  const auto items = queryFor(MPMediaTypeHomeVideo).items();
+  const auto items = queryFor(MPMediaTypeHomeVideo)->items();
   ASSERT_TRUE(items);
   EXPECT_THAT(*items, IsEmpty());
 }
 
 TEST_F(MPMediaQueryTest, HasNoItemsAtAllWhereTheLibraryCannotBeQueried) {
   host.mediaLibrary.fails = true;
-  EXPECT_EQ(queryFor(MPMediaTypeHomeVideo).items(), std::nullopt);
+  EXPECT_EQ(queryFor(MPMediaTypeHomeVideo)->items(), std::nullopt);
 }
 
 TEST_F(MPMediaQueryTest, AsksTheLibraryEachTime) {
   const auto query = queryFor(MPMediaTypeHomeVideo);
   EXPECT_EQ(host.mediaLibrary.queries, 0);
-  query.items();
+  query->items();
   host.mediaLibrary.itemsByType[8192] = {{"file:///new", "new", 1, ""}};
-  EXPECT_THAT(titles(*query.items()), ElementsAre("new"));
+  EXPECT_THAT(titles(*query->items()), ElementsAre("new"));
   EXPECT_EQ(host.mediaLibrary.queries, 2);
 }
 
 TEST_F(MPMediaQueryTest, ItemsAlreadyFoundDoNotChange) {
   host.mediaLibrary.itemsByType[8192] = {{"file:///a", "a", 1, ""}};
-  const auto items = queryFor(MPMediaTypeHomeVideo).items();
+  const auto items = queryFor(MPMediaTypeHomeVideo)->items();
   host.mediaLibrary.itemsByType.clear();
   EXPECT_THAT(titles(*items), ElementsAre("a"));
 }
