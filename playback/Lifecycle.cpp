@@ -2,12 +2,16 @@
 
 #include "playback/ViewController.h"
 
+#include "platform/foundation/DispatchQueue.h"
 #include "platform/foundation/NSUserDefaults.h"
 #include "platform/foundation/Required.h"
+#include "tutorial/Tutorial.h"
 
 namespace {
 
 constexpr const char* hintShownKey = "primoAvvio2";
+constexpr const char* tutorialShownKey = "primoAvvio";
+constexpr double tutorialDelay = 1.0;
 constexpr long chooseButtonTag = 5;
 constexpr auto hintDirection = static_cast<PopTipDirection>(1);
 constexpr double hintWidth = 200.0;
@@ -35,6 +39,22 @@ void ViewController::mostraSuggerimento() {
 
 void ViewController::viewDidAppear(bool /*animated*/) {
   print("viewDidAppear");
+  auto& defaults = NSUserDefaults::standardUserDefaults();
+  if (defaults.objectForKey(tutorialShownKey)) return;
+  avviaTutorial();
+  // At once, not when it is shown: the tutorial is scheduled once even if the screen goes away meanwhile.
+  defaults.setObject_forKey(make<NSString>("2"), tutorialShownKey);
+}
+
+void ViewController::avviaTutorial() {
+  print("tutorial");
+  DispatchQueue::main().asyncAfter(tutorialDelay, [self = strongReference(this)] { self->mostraTutorial(); });
+}
+
+void ViewController::mostraTutorial() {
+  const auto pager = makeTutorial();
+  pager->setModalPresentationStyle(UIModalPresentationStyle::FullScreen);
+  presentViewController_animated_completion(pager, true);
 }
 
 void ViewController::viewWillDisappear(bool /*animated*/) {

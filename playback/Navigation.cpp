@@ -14,6 +14,7 @@ using enum MPMediaLibraryAuthorizationStatus;
 namespace {
 
 constexpr const char* listSegue = "ListaVideo";
+constexpr const char* infoSegue = "Info";
 
 const char* reasonFor(MPMediaLibraryAuthorizationStatus status) {
   switch (status) {
@@ -74,4 +75,9 @@ void ViewController::prepareForSegue_sender(const Strong<UIStoryboardSegue>& seg
   const auto list = std::dynamic_pointer_cast<ListaVideo>(segue->destinationViewController());
   required(list, "the list screen").delegate = strongReference(this);
   print("segue");
+}
+
+void ViewController::info(const Strong<UIControl>& /*sender*/) {
+  print("info");
+  performSegueWithIdentifier_sender(infoSegue, strongReference(this));
 }

@@ -65,6 +65,7 @@ InterfaceTable ViewController::interfaceTable() {
       .outlet("volumeSlider2", volumeSlider2)
       .outlet("progressSlider2", progressSlider2)
       .action("listaVideo:", this, &ViewController::listaVideo)
+      .action("info:", this, &ViewController::info)
       .action("playPausaFilm:", this, &ViewController::playPausaFilm)
       .action("chiudiFilm:", this, &ViewController::chiudiFilm)
       .action("cambiaVolumeFilm:", this, &ViewController::cambiaVolumeFilm)

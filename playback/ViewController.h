@@ -92,6 +92,7 @@ class ViewController final : public UIViewController, public passoVideoProtocol 
 
   // Library access and the way to the other screens (Navigation.cpp)
   void listaVideo(const Strong<UIControl>& sender);
+  void info(const Strong<UIControl>& sender);
   void prepareForSegue_sender(const Strong<UIStoryboardSegue>& segue, const Strong<NSObject>& sender) override;
   void rispostaLibreria(MPMediaLibraryAuthorizationStatus status);
 
@@ -101,6 +102,8 @@ class ViewController final : public UIViewController, public passoVideoProtocol 
   FilmSlot film(long number);
 
   void mostraSuggerimento();
+  void avviaTutorial();
+  void mostraTutorial();
   void mostraFilmProtetto();
   void mostraVideo(const FilmSlot& film, const Strong<NSURL>& url);
   void osservaLaFine(const FilmSlot& film);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/host/Mail.h"
 #include "platform/host/MainLoop.h"
 #include "platform/host/MediaEngine.h"
 #include "platform/host/MediaLibrary.h"
@@ -16,6 +17,7 @@ struct Ports {
   Defaults& defaults;
   Resources& resources;
   Desktop& desktop;
+  Mail& mail;
   Screen& screen;
   MediaEngine& mediaEngine;
   MediaLibrary& mediaLibrary;

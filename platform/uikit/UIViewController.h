@@ -40,6 +40,7 @@ class UIViewController : public UIResponder {
   virtual void viewDidDisappear(bool /*animated*/) {}
   virtual void viewWillLayoutSubviews() {}
   virtual void viewDidLayoutSubviews() {}
+  virtual void didReceiveMemoryWarning() {}
   /// The room for the screen is about to change. At most once per frame, only for a real change, never for the
   /// first size; the views have been laid out anew before work deferred here runs.
   virtual void willTransitionToTraitCollection_withTransitionCoordinator(
@@ -93,7 +94,7 @@ class UIViewController : public UIResponder {
   Strong<UIViewController> presented_;
   Weak<UIViewController> presenting_;
   std::vector<FilmControls> films_;
-  UIModalPresentationStyle presentationStyle_ = UIModalPresentationStyle::PageSheet;
+  UIModalPresentationStyle presentationStyle_ = UIModalPresentationStyle::FullScreen;
   UIModalTransitionStyle transitionStyle_ = UIModalTransitionStyle::CoverVertical;
   bool transitionIsAppearing_ = false;
   bool transitionIsAnimated_ = false;

@@ -78,6 +78,13 @@ std::optional<host::Resources::Picture> Resources::picture(const std::string& na
   return Picture{"qrc:/images/" + file, 24, 24};
 }
 
+void Mail::finish(bool handedOver) {
+  for (const auto& done : std::exchange(open, {})) {
+    const RunLoop::Turn turn(RunLoop::main());
+    done(handedOver);
+  }
+}
+
 Player::Player(MediaEngine& engine, std::string name, host::PlayerEvents playerEvents)
     : events(std::move(playerEvents)), engine_(engine), name_(std::move(name)) {
   engine_.players_[name_] = this;

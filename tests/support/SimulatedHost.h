@@ -62,6 +62,21 @@ class Desktop final : public host::Desktop {
   Lines opened;
 };
 
+class Mail final : public host::Mail {
+ public:
+  bool canCompose() const override { return available; }
+  void compose(const host::MailDraft& draft, std::function<void(bool)> done) override {
+    drafts.push_back(draft);
+    open.push_back(std::move(done));
+  }
+  /// The mail program took the open drafts, or did not.
+  void finish(bool handedOver);
+
+  bool available = true;
+  std::vector<host::MailDraft> drafts;
+  std::vector<std::function<void(bool)>> open;
+};
+
 class Screen final : public host::Screen {
  public:
   void needsFrame() override { ++framesAskedFor; }
@@ -180,11 +195,12 @@ struct Host {
   Defaults defaults;
   Resources resources;
   Desktop desktop;
+  Mail mail;
   Screen screen;
   MediaEngine mediaEngine;
   MediaLibrary mediaLibrary;
 
-  host::Ports ports() { return {mainLoop, console, defaults, resources, desktop, screen, mediaEngine, mediaLibrary}; }
+  host::Ports ports() { return {mainLoop, console, defaults, resources, desktop, mail, screen, mediaEngine, mediaLibrary}; }
 };
 
 }  // namespace simulated

@@ -22,7 +22,7 @@ class EventLoopTest : public testing::Test {
  protected:
   EventLoop loop;
   simulated::Host host;
-  Platform platform{{loop, host.console, host.defaults, host.resources, host.desktop, host.screen, host.mediaEngine,
+  Platform platform{{loop, host.console, host.defaults, host.resources, host.desktop, host.mail, host.screen, host.mediaEngine,
                      host.mediaLibrary}};
 
   static void runUntil(const bool& done) {
