@@ -1,13 +1,16 @@
 #include "hosts/gstreamer/Pipeline.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstring>
+#include <thread>
 
 namespace gstreamer {
 
 namespace {
 
 /// How long a wait goes on before it looks whether it was interrupted.
-constexpr GstClockTime glance = 20 * GST_MSECOND;
+constexpr Instant glance = 20 * GST_MSECOND;
 /// Encoded sound that is read ahead, so that a disk that wakes up is not heard.
 constexpr guint64 readAheadTime = GST_SECOND;
 
@@ -36,6 +39,13 @@ GstClockTimeDiff runningTimeAt(double position, GstElement& sink) {
   if (event) gst_event_parse_segment(event.get(), &segment);
   if (!segment || segment->format != GST_FORMAT_TIME) return time;
   return time - static_cast<GstClockTimeDiff>(segment->time) + static_cast<GstClockTimeDiff>(segment->base);
+}
+
+/// Whether the sink holds each sample back until its time, or begins as soon as it may.
+bool waitsByItself(GstElement& sink) {
+  gboolean waits = TRUE;
+  if (g_object_class_find_property(G_OBJECT_GET_CLASS(&sink), "sync")) g_object_get(&sink, "sync", &waits, nullptr);
+  return waits;
 }
 
 }  // namespace
@@ -95,6 +105,8 @@ void Pipeline::seeElement(GstBin*, GstBin*, GstElement* element, gpointer pipeli
 
 bool Pipeline::seek(double position, Precision precision) {
   setup_.branch->expectStill(true);
+  setup_.branch->standStill();
+  standsAt_ = position;
   const auto flags = static_cast<GstSeekFlags>(
       GST_SEEK_FLAG_FLUSH |
       (precision == Precision::Exact ? GST_SEEK_FLAG_ACCURATE : GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_NEAREST));
@@ -109,9 +121,17 @@ bool Pipeline::seek(double position, Precision precision) {
 
 void Pipeline::run(double position, Instant instant) {
   setup_.branch->expectStill(false);
-  const GstClockTimeDiff base = instant - runningTimeAt(position, setup_.branch->sink());
+  GstElement& sink = setup_.branch->sink();
+  const GstClockTimeDiff base = instant - runningTimeAt(position, sink);
   gst_element_set_base_time(pipeline_.get(), static_cast<GstClockTime>(base));
+  if (!waitsByItself(sink)) waitUntil(base + runningTimeAt(standsAt_, sink));
   gst_element_set_state(pipeline_.get(), GST_STATE_PLAYING);
+}
+
+void Pipeline::waitUntil(Instant instant) const {
+  for (Instant left = instant - now(); left > 0 && !interrupted_; left = instant - now()) {
+    std::this_thread::sleep_for(std::chrono::nanoseconds(std::min<Instant>(left, glance)));
+  }
 }
 
 void Pipeline::pause() {
@@ -151,7 +171,7 @@ void Pipeline::fail(Trouble::Where where, std::string reason) {
 
 bool Pipeline::settle() {
   while (!interrupted_ && !trouble()) {
-    const auto change = gst_element_get_state(pipeline_.get(), nullptr, nullptr, glance);
+    const auto change = gst_element_get_state(pipeline_.get(), nullptr, nullptr, GstClockTime{glance});
     if (change == GST_STATE_CHANGE_SUCCESS || change == GST_STATE_CHANGE_NO_PREROLL) return !trouble();
     if (change == GST_STATE_CHANGE_FAILURE) fail(Trouble::Where::Media, "the pipeline could not be prepared");
   }

@@ -136,11 +136,15 @@ QSGNode* FilmItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*data*/) 
     return node;
   }
   if (node->picture() == nullptr) {
-    node->setPicture(window()->createImageNode());
-    node->picture()->setOwnsTexture(true);
-    node->picture()->setFiltering(QSGTexture::Nearest);
+    // The software scene graph looks at an image node as soon as it is in the tree: not before it has a texture.
+    QSGImageNode* const image = window()->createImageNode();
+    image->setOwnsTexture(true);
+    image->setFiltering(QSGTexture::Nearest);
+    showPicture(*image, newest);
+    node->setPicture(image);
+  } else if (newest != shown_) {
+    showPicture(*node->picture(), newest);
   }
-  if (newest != shown_) showPicture(*node->picture(), newest);
   shown_ = newest;
   const QRectF place = placeOf({newest->width, newest->height});
   if (node->picture()->rect() != place) node->picture()->setRect(place);

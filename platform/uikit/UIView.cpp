@@ -5,6 +5,7 @@
 #include "platform/uikit/UIWindow.h"
 
 #include <algorithm>
+#include <ranges>
 
 UIView::UIView(CGRect frame) : layer_(make<CALayer>()) {
   layer_->view_ = this;

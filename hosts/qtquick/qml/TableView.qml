@@ -62,8 +62,8 @@ ListView {
     T.ScrollBar.vertical: T.ScrollBar {
         id: bar
 
-        width: list.isLong ? 28 : 14
-        policy: list.isLong ? T.ScrollBar.AlwaysOn : T.ScrollBar.AsNeeded
+        width: 28
+        visible: size < 1
         interactive: list.isLong
         minimumSize: Math.min(1, 48 / Math.max(1, height))
         hoverEnabled: true
