@@ -7,6 +7,8 @@ ListView {
 
     required property QtObject node
     readonly property bool isLong: contentHeight > 4 * height
+    // What the rows leave free for the scroll bar.
+    readonly property real gutter: isLong ? 20 : contentHeight > height ? 12 : 0
     // Whether the keyboard led here, so that it is worth showing where it is.
     property bool showsFocus: false
 
