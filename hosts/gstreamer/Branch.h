@@ -7,8 +7,8 @@
 
 namespace gstreamer {
 
-/// What becomes of the decoded stream of one kind: the end of a pipeline. Used by the thread that builds the pipeline,
-/// unless stated otherwise, and for one pipeline only.
+/// What becomes of the decoded stream of one kind: the end of a pipeline. Used by the thread that builds the
+/// pipeline, unless stated otherwise, and for one pipeline only.
 class Branch {
  public:
   virtual ~Branch() = default;

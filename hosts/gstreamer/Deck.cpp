@@ -41,10 +41,13 @@ Deck::Deck(std::shared_ptr<Surroundings> surroundings, Setup setup)
       worker_(setup_.kind == Kind::Picture ? "film-picture" : "film-sound") {
   if (!setup_.board) return;
   maker_ = std::make_shared<PictureMaker>(setup_.board);
-  setup_.board->whenBoxChanges([queue = worker_.queue(), maker = maker_] { queue->post([maker] { maker->makeAgain(); }); });
+  setup_.board->whenBoxChanges(
+      [queue = worker_.queue(), maker = maker_] { queue->post([maker] { maker->makeAgain(); }); });
 }
 
-bool Deck::wantsPipeline() const { return wanted_ && hasStream_ && !broken_ && !soundLost_; }
+bool Deck::wantsPipeline() const {
+  return wanted_ && hasStream_ && !broken_ && !soundLost_;
+}
 
 bool Deck::isReady() const {
   if (!learned_) return false;
@@ -109,8 +112,8 @@ void Deck::standStill(double position) {
   ++run_;
   if (!pipelineRuns_) return;
   pausePipeline();
-  // What a sound device holds of the next fraction of a second is thrown away and decoded anew, so that the sound goes
-  // on from the very sample at which the timeline stands.
+  // What a sound device holds of the next fraction of a second is thrown away and decoded anew, so that the sound
+  // goes on from the very sample at which the timeline stands.
   if (setup_.kind == Kind::Sound) aim_ = position;
 }
 

@@ -2,9 +2,9 @@
 
 #include "hosts/gstreamer/FactsCache.h"
 #include "hosts/gstreamer/Options.h"
-#include "hosts/gstreamer/Pipeline.h"
 #include "hosts/gstreamer/PictureBoard.h"
 #include "hosts/gstreamer/PictureMaker.h"
+#include "hosts/gstreamer/Pipeline.h"
 #include "hosts/gstreamer/TaskThread.h"
 #include "hosts/gstreamer/Timeline.h"
 #include "platform/host/MainLoop.h"
@@ -46,7 +46,8 @@ struct Surroundings {
 };
 
 /// One player behind its main-thread face: keeps the timeline, and makes its pipeline follow it. Everything runs on
-/// the engine's thread, which never waits; the pipeline's operations run on a thread of the deck's own, one at a time.
+/// the engine's thread, which never waits; the pipeline's operations run on a thread of the deck's own, one at a
+/// time.
 ///
 /// The timeline does not depend on the pipeline. A sound device that fails leaves a film that runs on in silence, and
 /// a film without sound is a deck without a pipeline.

@@ -9,7 +9,9 @@ namespace gstreamer {
 
 namespace {
 
-host::MediaFacts lookInto(const std::string& path, double deadline) { return probe::look(path, deadline).media; }
+host::MediaFacts lookInto(const std::string& path, double deadline) {
+  return probe::look(path, deadline).media;
+}
 
 class Engine final : public host::MediaEngine {
  public:

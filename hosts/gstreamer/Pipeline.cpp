@@ -11,6 +11,7 @@ namespace {
 
 /// How long a wait goes on before it looks whether it was interrupted.
 constexpr Instant glance = 20 * GST_MSECOND;
+constexpr int glancesForReason = 10;
 /// Encoded sound that is read ahead, so that a disk that wakes up is not heard.
 constexpr guint64 readAheadTime = GST_SECOND;
 
@@ -23,11 +24,17 @@ bool isStream(const GstStructure& structure) {
 }
 
 GstStreamType kindOf(GstPad& pad) {
-  GstStream* stream = gst_pad_get_stream(&pad);
-  if (!stream) return GST_STREAM_TYPE_UNKNOWN;
-  const GstStreamType kind = gst_stream_get_stream_type(stream);
-  gst_object_unref(stream);
-  return kind;
+  const Stream stream(gst_pad_get_stream(&pad));
+  return stream ? gst_stream_get_stream_type(stream.get()) : GST_STREAM_TYPE_UNKNOWN;
+}
+
+/// What is about to come out of `pad`. A parser shows its pads before it sends caps over them, but the stream knows
+/// already; what the pad could send at all would admit decoders that do not take this very stream.
+Caps capsOf(GstPad& pad) {
+  if (Caps sent(gst_pad_get_current_caps(&pad)); sent) return sent;
+  const Stream stream(gst_pad_get_stream(&pad));
+  if (Caps told(stream ? gst_stream_get_caps(stream.get()) : nullptr); told) return told;
+  return Caps(gst_pad_query_caps(&pad, nullptr));
 }
 
 /// Media time in seconds that the segment at `pad` begins with, and the running time that belongs to it.
@@ -58,7 +65,7 @@ bool Pipeline::open(double position) {
   if (!build()) return false;
   setup_.branch->expectStill(position <= 0.0);
   if (gst_element_set_state(pipeline_.get(), GST_STATE_PAUSED) == GST_STATE_CHANGE_FAILURE) {
-    fail(Trouble::Where::Media, "the pipeline could not be prepared");
+    failToPrepare();
     return false;
   }
   if (!settle()) return false;
@@ -173,9 +180,16 @@ bool Pipeline::settle() {
   while (!interrupted_ && !trouble()) {
     const auto change = gst_element_get_state(pipeline_.get(), nullptr, nullptr, GstClockTime{glance});
     if (change == GST_STATE_CHANGE_SUCCESS || change == GST_STATE_CHANGE_NO_PREROLL) return !trouble();
-    if (change == GST_STATE_CHANGE_FAILURE) fail(Trouble::Where::Media, "the pipeline could not be prepared");
+    if (change == GST_STATE_CHANGE_FAILURE) failToPrepare();
   }
   return false;
+}
+
+/// A bin knows that a change of state failed before it passes on the message that says why.
+void Pipeline::failToPrepare() {
+  for (int i = 0; i < glancesForReason && !trouble(); ++i)
+    std::this_thread::sleep_for(std::chrono::nanoseconds(glance));
+  fail(Trouble::Where::Media, "the pipeline could not be prepared");
 }
 
 /// Runs on whatever thread the message is born on, and nobody else reads the bus.
@@ -237,8 +251,7 @@ void Pipeline::seeNoMorePads(GstElement*, gpointer pipeline) {
 }
 
 void Pipeline::attach(GstPad& pad) {
-  Caps caps(gst_pad_get_current_caps(&pad));
-  if (!caps) caps.reset(gst_pad_query_caps(&pad, nullptr));
+  const Caps caps = capsOf(pad);
   const Pad from = readAhead(pad);
   const GstStructure* structure = gst_caps_get_structure(caps.get(), 0);
   if (g_str_has_suffix(gst_structure_get_name(structure), "/x-raw")) {
@@ -269,7 +282,8 @@ bool Pipeline::attachThrough(const std::string& name, GstPad& pad, const GstCaps
   gst_bin_add(&bin(), decoder.get());
   const Pad in(gst_element_get_static_pad(decoder.get(), "sink"));
   const bool fits = in && gst_element_link(decoder.get(), &setup_.branch->entry()) &&
-                    gst_pad_link(&pad, in.get()) == GST_PAD_LINK_OK && gst_element_sync_state_with_parent(decoder.get());
+                    gst_pad_link(&pad, in.get()) == GST_PAD_LINK_OK &&
+                    gst_element_sync_state_with_parent(decoder.get());
   if (fits) return true;
   gst_element_set_state(decoder.get(), GST_STATE_NULL);
   gst_bin_remove(&bin(), decoder.get());

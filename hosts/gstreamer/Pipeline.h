@@ -70,6 +70,7 @@ class Pipeline {
   bool addSource();
   void fail(Trouble::Where where, std::string reason);
   bool settle();
+  void failToPrepare();
   void waitUntil(Instant instant) const;
 
   static GstBusSyncReply seeMessage(GstBus* bus, GstMessage* message, gpointer pipeline);

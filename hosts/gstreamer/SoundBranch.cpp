@@ -74,12 +74,14 @@ bool SoundBranch::build(GstBin& pipeline, std::string& reason) {
   sink_ = makeSink_ ? makeSink_() : nullptr;
   const Element mixableFilter = makeFilter(mixable), stereoFilter = makeFilter(stereo);
   const Element filler = makeGapFiller(), resample = makeElement("audioresample"), last = makeConverter();
-  const std::vector<GstElement*> chain = {entry_.get(),       mixableFilter.get(), volume_.get(),
-                                          router_.get(),      stereoFilter.get(),  filler.get(),
-                                          resample.get(),     last.get(),          sink_.get()};
+  const std::vector<GstElement*> chain = {entry_.get(),   mixableFilter.get(), volume_.get(),
+                                          router_.get(),  stereoFilter.get(),  filler.get(),
+                                          resample.get(), last.get(),          sink_.get()};
   for (GstElement* element : chain) {
     if (!element) {
-      reason = "there is no sound sink, or an element for sound is missing (audioconvert, volume, audiorate, audioresample)";
+      reason =
+          "there is no sound sink, or an element for sound is missing (audioconvert, volume, audiorate, "
+          "audioresample)";
       return false;
     }
   }
@@ -96,7 +98,9 @@ bool SoundBranch::build(GstBin& pipeline, std::string& reason) {
   return true;
 }
 
-void SoundBranch::setVolume(double volume) { g_object_set(volume_.get(), "volume", volume, nullptr); }
+void SoundBranch::setVolume(double volume) {
+  g_object_set(volume_.get(), "volume", volume, nullptr);
+}
 
 /// The matrix must fit the number of channels, and it is known only once decoded sound arrives. It is set before the
 /// first converter learns of the channels: that one then leaves them as they are, since the router takes no others.

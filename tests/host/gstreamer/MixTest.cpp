@@ -20,7 +20,9 @@ const Channels sevenOne = {GST_AUDIO_CHANNEL_POSITION_FRONT_LEFT,   GST_AUDIO_CH
                            GST_AUDIO_CHANNEL_POSITION_REAR_LEFT,    GST_AUDIO_CHANNEL_POSITION_REAR_RIGHT,
                            GST_AUDIO_CHANNEL_POSITION_SIDE_LEFT,    GST_AUDIO_CHANNEL_POSITION_SIDE_RIGHT};
 
-double sum(const std::vector<float>& weights) { return std::accumulate(weights.begin(), weights.end(), 0.0); }
+double sum(const std::vector<float>& weights) {
+  return std::accumulate(weights.begin(), weights.end(), 0.0);
+}
 
 }  // namespace
 

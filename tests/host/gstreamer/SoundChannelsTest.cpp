@@ -10,22 +10,31 @@ namespace {
 
 /// A sound file of lossless samples: `expressions`, one for each channel, as ffmpeg's aevalsrc takes them.
 std::string wave(const std::string& name, const std::string& expressions, const std::string& layout) {
-  return clips::clip(name, {"-f", "lavfi", "-i",
-                            "aevalsrc=exprs=" + expressions + ":sample_rate=48000:duration=2:channel_layout=" + layout,
-                            "-f", "lavfi", "-i", "color=size=64x48:rate=10:duration=2", "-map", "1:v", "-map", "0:a",
-                            "-c:v", "libx264", "-c:a", "flac", "-sample_fmt", "s16"});
+  return clips::clip(
+      name, {"-f", "lavfi", "-i",
+             "aevalsrc=exprs=" + expressions + ":sample_rate=48000:duration=2:channel_layout=" + layout, "-f",
+             "lavfi", "-i", "color=size=64x48:rate=10:duration=2", "-map", "1:v", "-map", "0:a", "-c:v", "libx264",
+             "-c:a", "flac", "-sample_fmt", "s16"});
 }
 
-std::string monoTone() { return wave("tone-mono.mkv", "0.5*sin(2*PI*440*t)", "mono"); }
+std::string monoTone() {
+  return wave("tone-mono.mkv", "0.5*sin(2*PI*440*t)", "mono");
+}
 std::string stereoTones() {
   return wave("tone-stereo.mkv", "0.8*sin(2*PI*440*t)|0.2*sin(2*PI*1000*t)", "stereo");
 }
 std::string fiveOneTones() {
-  return wave("tone-5.1.mkv", "0.5*sin(2*PI*300*t)|0.5*sin(2*PI*400*t)|0.5*sin(2*PI*500*t)|0.9*sin(2*PI*60*t)|"
-                              "0.5*sin(2*PI*700*t)|0.5*sin(2*PI*800*t)", "5.1");
+  return wave("tone-5.1.mkv",
+              "0.5*sin(2*PI*300*t)|0.5*sin(2*PI*400*t)|0.5*sin(2*PI*500*t)|0.9*sin(2*PI*60*t)|"
+              "0.5*sin(2*PI*700*t)|0.5*sin(2*PI*800*t)",
+              "5.1");
 }
-std::string fullScale() { return wave("full-scale.mkv", "0.99997|0.99997", "stereo"); }
-std::string quietEffects() { return wave("effects-only.mkv", "0|0|0|0.9*sin(2*PI*60*t)|0|0", "5.1"); }
+std::string fullScale() {
+  return wave("full-scale.mkv", "0.99997|0.99997", "stereo");
+}
+std::string quietEffects() {
+  return wave("effects-only.mkv", "0|0|0|0.9*sin(2*PI*60*t)|0|0", "5.1");
+}
 
 /// Half a second of `path` as it is heard at `pan` and `volume`.
 Recording::Sound heard(const std::string& path, double pan, double volume = 1.0) {
@@ -65,7 +74,9 @@ TEST(SoundChannels, FullScaleStereoDoesNotClip) {
   EXPECT_GT(peak(sound.left), 0.99F);
 }
 
-TEST(SoundChannels, MonoKeepsItsLoudness) { EXPECT_NEAR(peak(heard(monoTone(), 1.0).right), 0.5F, 0.001F); }
+TEST(SoundChannels, MonoKeepsItsLoudness) {
+  EXPECT_NEAR(peak(heard(monoTone(), 1.0).right), 0.5F, 0.001F);
+}
 
 TEST(SoundChannels, TheMiddleKeepsTheSourcesOwnChannels) {
   const auto sound = heard(stereoTones(), 0.0);

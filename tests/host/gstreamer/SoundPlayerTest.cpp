@@ -11,7 +11,9 @@ namespace gstreamer {
 
 namespace {
 
-std::string film() { return clips::film("engine-film.mp4", 320, 180, 6.0, 440, 2); }
+std::string film() {
+  return clips::film("engine-film.mp4", 320, 180, 6.0, 440, 2);
+}
 
 std::string silentFilm() {
   return clips::clip("engine-silent.mp4", {"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=30:duration=1", "-c:v",
@@ -19,10 +21,9 @@ std::string silentFilm() {
 }
 
 std::string soundEndsEarly() {
-  return clips::clip("engine-short-sound.mp4",
-                     {"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=30:duration=2", "-f", "lavfi", "-i",
-                      "sine=frequency=440:sample_rate=48000:duration=0.5", "-c:v", "libx264", "-pix_fmt", "yuv420p",
-                      "-c:a", "aac"});
+  return clips::clip("engine-short-sound.mp4", {"-f", "lavfi", "-i", "testsrc2=size=320x180:rate=30:duration=2", "-f",
+                                                "lavfi", "-i", "sine=frequency=440:sample_rate=48000:duration=0.5",
+                                                "-c:v", "libx264", "-pix_fmt", "yuv420p", "-c:a", "aac"});
 }
 
 std::string soundBeginsLate() {
@@ -194,8 +195,8 @@ TEST(SoundPlayer, WhatIsNoMediaFails) {
 TEST(SoundPlayer, ASinkThatCannotBeOpenedLeavesTheFilmRunningInSilence) {
   Options options;
   options.makeSoundSink = [] {
-    Element sink = makeElement("alsasink");
-    if (sink) g_object_set(sink.get(), "device", "nothing-of-this-name", nullptr);
+    Element sink = makeElement("pulsesink");
+    if (sink) g_object_set(sink.get(), "server", "unix:/nonexistent/sound-server", nullptr);
     return sink;
   };
   Stage stage(std::move(options));
@@ -213,9 +214,7 @@ TEST(SoundPlayer, ADeviceThatFailedIsAskedForAgain) {
   const auto recording = std::make_shared<Recording>();
   Options options;
   options.soundRetry = 0.2;
-  options.makeSoundSink = [attempts, recording] {
-    return ++*attempts < 3 ? Element() : recording->makeSink();
-  };
+  options.makeSoundSink = [attempts, recording] { return ++*attempts < 3 ? Element() : recording->makeSink(); };
   Stage stage(std::move(options));
   auto player = stage.sound(film());
   player->play();

@@ -130,7 +130,9 @@ std::unique_ptr<host::SoundPlayer> Stage::sound(const std::string& path, Heard& 
   return engine_->openSound(clips::urlOf(path), heard.events());
 }
 
-std::unique_ptr<host::SoundPlayer> Stage::sound(const std::string& path) { return sound(path, ignored_); }
+std::unique_ptr<host::SoundPlayer> Stage::sound(const std::string& path) {
+  return sound(path, ignored_);
+}
 
 std::unique_ptr<host::PicturePlayer> Stage::picture(const std::string& path, Heard& heard, int width, int height) {
   auto player = engine_->openPicture(clips::urlOf(path), heard.events());
@@ -138,7 +140,9 @@ std::unique_ptr<host::PicturePlayer> Stage::picture(const std::string& path, Hea
   return player;
 }
 
-std::unique_ptr<host::PicturePlayer> Stage::picture(const std::string& path) { return picture(path, ignored_); }
+std::unique_ptr<host::PicturePlayer> Stage::picture(const std::string& path) {
+  return picture(path, ignored_);
+}
 
 std::multiset<std::string> Stage::elements() const {
   const std::lock_guard lock(mutex_);

@@ -3,10 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <QPainter>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTest>
 
-#include <mutex>
+#include <memory>
 
 using qtquick::ArtworkProvider;
 
@@ -41,21 +42,20 @@ TEST(Artwork, HasRoundedCorners) {
 }
 
 TEST(Artwork, AsksForThePathAndThatSizeOnce) {
-  std::mutex mutex;
-  std::vector<std::pair<std::string, int>> asked;
+  QSemaphore mayAnswer;
+  std::vector<std::pair<std::string, int>> asked;  // one thread at a time: each answer is waited for
   ArtworkProvider provider([&](const std::string& path, int side) {
-    const std::scoped_lock lock(mutex);
+    mayAnswer.acquire();
     asked.emplace_back(path, side);
     return striped(96, 54);
   });
-  const auto ask = [&] {
-    auto* const response = provider.requestImageResponse("%2Fvideos%2Fa%20b.mp4", {96, 54});
-    QSignalSpy finished(response, &QQuickImageResponse::finished);
-    EXPECT_TRUE(finished.count() > 0 || finished.wait());
-    response->deleteLater();
-  };
-  ask();
-  ask();
+  const QString id = "%2Fvideos%2Fa%20b.mp4";
+  const std::unique_ptr<QQuickImageResponse> response(provider.requestImageResponse(id, {96, 54}));
+  QSignalSpy finished(response.get(), &QQuickImageResponse::finished);
+  mayAnswer.release();
+  ASSERT_TRUE(finished.wait());
+  const std::unique_ptr<QQuickTextureFactory> texture(response->textureFactory());
+  EXPECT_EQ(texture->image(), provider.picture(id, {96, 54}));
   EXPECT_EQ(asked, (std::vector<std::pair<std::string, int>>{{"/videos/a b.mp4", 96}}));
 }
 

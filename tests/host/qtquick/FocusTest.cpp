@@ -17,7 +17,10 @@ class FocusTest : public testing::Test {
   std::string focusedName() {
     auto* const item = stage.window().activeFocusItem();
     auto* const interface = item == nullptr ? nullptr : QAccessible::queryAccessibleInterface(item);
-    return interface == nullptr ? "" : interface->text(QAccessible::Name).toStdString();
+    if (interface == nullptr) return {};
+    // In a list its current row has the focus.
+    const bool isRow = interface->role() == QAccessible::ListItem;
+    return (isRow ? interface->parent() : interface)->text(QAccessible::Name).toStdString();
   }
   std::vector<std::string> namesInTabOrder(int count) {
     std::vector<std::string> names;

@@ -67,7 +67,7 @@ TEST_F(TableTest, ScrollingBuildsTheNextOnesAndShowsThemAtOnce) {
   EXPECT_EQ(list->tabella1->cellForRow(0), nullptr);
   EXPECT_NE(row(1, 5000), nullptr);
   EXPECT_EQ(row(1, 0), nullptr);
-  EXPECT_LE(delegates(1), 8);
+  EXPECT_LE(delegates(1), 9);  // the keyboard's current row stays, wherever it is
   EXPECT_EQ(list->tabella2->contentOffset().y, 0);
 }
 
@@ -96,7 +96,7 @@ TEST_F(TableTest, AFingerThatScrollsChoosesNothing) {
   const std::unique_ptr<QPointingDevice> finger(QTest::createTouchDevice());
   QPoint place = middleOf(*row(1, 4));
   QTest::touchEvent(&stage.window(), finger.get()).press(0, place);
-  for (int step = 0; step < 10; ++step) {
+  for (int step = 0; step < 14; ++step) {
     place -= QPoint(0, 20);
     QTest::touchEvent(&stage.window(), finger.get()).move(0, place);
     stage.settle();

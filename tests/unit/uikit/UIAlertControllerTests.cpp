@@ -84,8 +84,21 @@ TEST_F(UIAlertControllerTest, APressWhileItComesDoesNothing) {
   add("OK", UIAlertActionStyle::Default);
   event([this] { root().presentViewController_animated_completion(alert, true); });
   press(0);
-  finishTransition();
+  advance(1);
   EXPECT_EQ(window()->topmostViewController(), alert);
+  EXPECT_THAT(takeLines(), IsEmpty());
+}
+
+TEST_F(UIAlertControllerTest, APressBeneathAnotherAlertDoesNothing) {
+  add("OK", UIAlertActionStyle::Default);
+  show();
+  const auto above = UIAlertController::alertControllerWithTitle_message_preferredStyle(
+      "above", std::nullopt, UIAlertControllerStyle::Alert);
+  event([&] { alert->presentViewController_animated_completion(above, false); });
+  press(0);
+  advance(1);
+  EXPECT_EQ(window()->topmostViewController(), above);
+  EXPECT_THAT(takeLines(), IsEmpty());
 }
 
 TEST_F(UIAlertControllerTest, AButtonThatIsNotThereCannotBePressed) {

@@ -127,6 +127,19 @@ TEST_F(SegueTest, IsRefusedWhileADismissalIsRunning) {
   EXPECT_THAT(takeLines(), Contains("Root prepares toFull"));
 }
 
+TEST_F(SegueTest, IsRefusedWhileAnotherPresentationWaitsItsTurn) {
+  show("toSheet");
+  const auto waiting = UIAlertController::alertControllerWithTitle_message_preferredStyle(
+      "waiting", std::nullopt, UIAlertControllerStyle::Alert);
+  event([&] { root().presentViewController_animated_completion(waiting, false); });
+  event([this] {
+    root().dismissViewControllerAnimated_completion(
+        false, [this] { root().performSegueWithIdentifier_sender("toFull", nullptr); });
+  });
+  EXPECT_THAT(takeLines(), Not(Contains("Root prepares toFull")));
+  EXPECT_EQ(window()->topmostViewController(), waiting);
+}
+
 TEST_F(SegueTest, GoesOnFromAPresentedScreen) {
   show("toSheet");
   event([this] { top().performSegueWithIdentifier_sender("toFull", nullptr); });
