@@ -77,7 +77,7 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
   desktop::DefaultsFile defaults(desktop::configurationFolder() + QStringLiteral("/defaults.json"));
   desktop::BundledResources resources;
   desktop::DesktopServices services;
-  const auto library = medialibrary::makeLibrary(eventLoop);
+  const auto library = medialibrary::makeLibrary(eventLoop, {});
   const auto engine = gstreamer::makeEngine(eventLoop);
   qtquick::ScreenHost screen(artworkImage, {.closed = [] { QCoreApplication::quit(); }, .hidden = {}, .shown = {}});
   mainWindow = &screen.window();
@@ -85,7 +85,7 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
   restore(*mainWindow, place);
   screen.show();
 
-  const desktop::TerminationSignals signals([] { QCoreApplication::quit(); });
+  const desktop::TerminationSignals termination([] { QCoreApplication::quit(); });
   int status = 0;
   {
     Platform platform({eventLoop, console, defaults, resources, services, screen, *engine, *library});

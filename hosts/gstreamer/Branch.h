@@ -2,13 +2,13 @@
 
 #include "hosts/gstreamer/Handles.h"
 
-#include <functional>
+#include <optional>
 #include <string>
 
 namespace gstreamer {
 
-/// What becomes of the decoded stream of one kind: the end of a pipeline. Used by the thread that builds the pipeline,
-/// unless stated otherwise, and for one pipeline only.
+/// What becomes of the decoded stream of one kind: the end of a pipeline. Used by the thread that builds the
+/// pipeline, unless stated otherwise, and for one pipeline only.
 class Branch {
  public:
   virtual ~Branch() = default;
@@ -25,6 +25,12 @@ class Branch {
   /// Whether what arrives at the sink while the pipeline stands still is to be put up: true around opening and
   /// seeking, false after a pause, when it is what would come next.
   virtual void expectStill(bool expected) = 0;
+  /// The pipeline is about to be sought, or stands still: times of before do not count any more.
+  virtual void standStill() {}
+  /// Seconds by which what comes out is behind the pipeline's time, where that can be told. May block.
+  virtual std::optional<double> lag() const { return std::nullopt; }
+  /// Lets everything come out `seconds` later than its time. Any thread, once built.
+  virtual void setDelay(double) {}
   /// A frame was dropped, here or in a decoder. Any thread.
   virtual void countDropped() = 0;
 };

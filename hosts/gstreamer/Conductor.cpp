@@ -80,6 +80,12 @@ void Conductor::deckIsReady(Deck& deck) {
   }
 }
 
+void Conductor::deckLags(const Deck& sound, double lag) {
+  for (const auto& deck : decks_) {
+    if (deck->kind() == Deck::Kind::Picture && deck->url() == sound.url()) deck->followSound(lag);
+  }
+}
+
 void Conductor::close(const std::shared_ptr<Deck>& deck) {
   leaveGroup(*deck);
   std::erase(decks_, deck);

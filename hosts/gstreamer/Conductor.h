@@ -21,6 +21,7 @@ class Conductor final : public std::enable_shared_from_this<Conductor> {
 
   void perform(const Transaction& transaction);
   void deckIsReady(Deck& deck);
+  void deckLags(const Deck& sound, double lag);
   void close(const std::shared_ptr<Deck>& deck);
   void closeAll();
   /// Leaves to themselves the threads that are stuck closing.

@@ -4,6 +4,7 @@
 #include "hosts/gstreamer/SoundBranch.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 namespace gstreamer {
@@ -12,11 +13,23 @@ namespace {
 
 /// Targets of seeks that follow each other faster than this are those of a moving finger.
 constexpr Instant settling = nanoseconds(0.1);
-/// A pipeline that would be later than this skips ahead rather than hurry after the others.
-constexpr Instant tolerableLateness = nanoseconds(0.1);
+/// A pipeline that would be later than this skips ahead rather than hurry after the others. Sound cannot hurry.
+constexpr double tolerableLatenessOfPicture = 0.1;
+constexpr double tolerableLatenessOfSound = 0.005;
 /// How far ahead of the timeline a late pipeline is brought, to be there when the timeline arrives.
 constexpr double headStart = 0.25;
 constexpr int mostSkips = 3;
+/// How often the sound device is compared with the clock.
+constexpr Instant lagInterval = nanoseconds(0.2);
+/// A device that is later than this did not drift but stall, and the sound skips what it missed.
+constexpr double stall = 0.15;
+/// So many comparisons in a row tell a stall from a guess of the server.
+constexpr int certainStall = 3;
+/// Nothing is heard before it was handed over; a server that says so is still guessing.
+constexpr double mostLead = -0.05;
+/// How far the picture is moved at a time: at this interval a change of speed by a twentieth, which nobody sees.
+constexpr double leastDelayStep = 0.001;
+constexpr double mostDelayStep = 0.01;
 /// A film's last picture begins at least this long before its end.
 constexpr double lastPicture = 0.1;
 
@@ -28,10 +41,13 @@ Deck::Deck(std::shared_ptr<Surroundings> surroundings, Setup setup)
       worker_(setup_.kind == Kind::Picture ? "film-picture" : "film-sound") {
   if (!setup_.board) return;
   maker_ = std::make_shared<PictureMaker>(setup_.board);
-  setup_.board->whenBoxChanges([queue = worker_.queue(), maker = maker_] { queue->post([maker] { maker->makeAgain(); }); });
+  setup_.board->whenBoxChanges(
+      [queue = worker_.queue(), maker = maker_] { queue->post([maker] { maker->makeAgain(); }); });
 }
 
-bool Deck::wantsPipeline() const { return wanted_ && hasStream_ && !broken_ && !soundLost_; }
+bool Deck::wantsPipeline() const {
+  return wanted_ && hasStream_ && !broken_ && !soundLost_;
+}
 
 bool Deck::isReady() const {
   if (!learned_) return false;
@@ -96,8 +112,8 @@ void Deck::standStill(double position) {
   ++run_;
   if (!pipelineRuns_) return;
   pausePipeline();
-  // What a sound device holds of the next fraction of a second is thrown away and decoded anew, so that the sound goes
-  // on from the very sample at which the timeline stands.
+  // What a sound device holds of the next fraction of a second is thrown away and decoded anew, so that the sound
+  // goes on from the very sample at which the timeline stands.
   if (setup_.kind == Kind::Sound) aim_ = position;
 }
 
@@ -280,17 +296,20 @@ double Deck::position() const {
 
 void Deck::start(Instant instant) {
   running_ = true;
+  skippedStall_ = false;
+  stalls_ = 0;
   runningFrom_ = heldAt_;
   runningSince_ = instant;
   catchingUp_ = 0;
   setup_.timeline->run(runningFrom_, instant);
-  if (hasPipeline() && isReady()) runPipeline();
   expectEnd();
+  if (hasPipeline() && isReady()) runPipeline();
 }
 
 /// The pipeline has become ready while the timeline was running already.
 void Deck::join() {
-  const bool late = position() - standsAt_ > seconds(tolerableLateness);
+  const bool sound = setup_.kind == Kind::Sound;
+  const bool late = position() - standsAt_ > (sound ? tolerableLatenessOfSound : tolerableLatenessOfPicture);
   if (late && catchingUp_ < mostSkips) {
     ++catchingUp_;
     aim_ = position() + headStart;
@@ -302,8 +321,49 @@ void Deck::join() {
 
 void Deck::runPipeline() {
   pipelineRuns_ = true;
-  worker_.queue()->post([pipeline = pipeline_, from = runningFrom_, since = runningSince_] {
+  worker_.queue()->post([pipeline = pipeline_, from = runningFrom_, since = runningSince_, delay = delay_] {
+    if (pipeline->branch()) pipeline->branch()->setDelay(delay);
     pipeline->run(from, since);
+  });
+  if (setup_.kind == Kind::Sound) watchLag(++watch_);
+}
+
+void Deck::watchLag(std::uint64_t watch) {
+  if (!pipelineRuns_ || watch != watch_) return;
+  worker_.queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_] {
+    const auto lag = pipeline->branch() ? pipeline->branch()->lag() : std::nullopt;
+    if (!lag) return;
+    engine->post([weak, pipeline, lag] {
+      const auto deck = weak.lock();
+      if (deck && deck->pipeline_ == pipeline && deck->pipelineRuns_) deck->lags(*lag);
+    });
+  });
+  surroundings_->engine->postAt(now() + lagInterval, [weak = weak_from_this(), watch] {
+    if (const auto deck = weak.lock()) deck->watchLag(watch);
+  });
+}
+
+/// The device's own pace is followed by the picture; the sound is never cut for it. Only where the device stood still
+/// for a while, and so was heard to stop anyway, it goes on from where the film is. What lags still after that is the
+/// way of the device.
+void Deck::lags(double lag) {
+  stalls_ = lag > stall ? stalls_ + 1 : 0;
+  if (stalls_ >= certainStall && !skippedStall_) {
+    skippedStall_ = true;
+    pausePipeline();
+    aim_ = position() + headStart;
+    advance();
+  } else if (lag > mostLead) {
+    surroundings_->deckLags(*this, lag);
+  }
+}
+
+void Deck::followSound(double lag) {
+  const double step = std::clamp(lag - delay_, -mostDelayStep, mostDelayStep);
+  if (std::abs(step) < leastDelayStep || !pipelineRuns_) return;
+  delay_ += step;
+  worker_.queue()->post([pipeline = pipeline_, delay = delay_] {
+    if (pipeline->branch()) pipeline->branch()->setDelay(delay);
   });
 }
 

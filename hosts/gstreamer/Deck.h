@@ -2,9 +2,9 @@
 
 #include "hosts/gstreamer/FactsCache.h"
 #include "hosts/gstreamer/Options.h"
-#include "hosts/gstreamer/Pipeline.h"
 #include "hosts/gstreamer/PictureBoard.h"
 #include "hosts/gstreamer/PictureMaker.h"
+#include "hosts/gstreamer/Pipeline.h"
 #include "hosts/gstreamer/TaskThread.h"
 #include "hosts/gstreamer/Timeline.h"
 #include "platform/host/MainLoop.h"
@@ -41,10 +41,13 @@ struct Surroundings {
   std::shared_ptr<TaskQueue> engine;
   /// A deck became ready to start. Engine's thread.
   std::function<void(Deck&)> deckIsReady;
+  /// What a deck plays is heard so many seconds late. Engine's thread.
+  std::function<void(const Deck&, double)> deckLags;
 };
 
 /// One player behind its main-thread face: keeps the timeline, and makes its pipeline follow it. Everything runs on
-/// the engine's thread, which never waits; the pipeline's operations run on a thread of the deck's own, one at a time.
+/// the engine's thread, which never waits; the pipeline's operations run on a thread of the deck's own, one at a
+/// time.
 ///
 /// The timeline does not depend on the pipeline. A sound device that fails leaves a film that runs on in silence, and
 /// a film without sound is a deck without a pipeline.
@@ -68,6 +71,10 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   void apply(const Order& order);
   /// Is to run, and its timeline does not yet.
   bool waitsForStart() const { return shallRun_ && !running_ && !closing_; }
+  /// Where sound and picture of one film find each other.
+  const std::string& url() const { return setup_.url; }
+  /// A picture: the sound that belongs to it is heard `lag` seconds late.
+  void followSound(double lag);
   /// The pipeline stands at the timeline's position, or there is none to wait for.
   bool isReady() const;
   /// The timeline runs from `instant`; a pipeline that is not ready follows as soon as it is.
@@ -104,6 +111,8 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   void fail();
   void join();
   void runPipeline();
+  void watchLag(std::uint64_t watch);
+  void lags(double lag);
   void expectEnd();
   void reachEnd();
   void post(std::function<void()> host::PlayerEvents::*event);
@@ -147,6 +156,10 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   Instant lastTarget_ = 0;
   Instant settlesAt_ = 0;
   int catchingUp_ = 0;
+  std::uint64_t watch_ = 0;  ///< counts the starts of the pipeline
+  int stalls_ = 0;
+  bool skippedStall_ = false;
+  double delay_ = 0.0;
   bool closing_ = false;
 
   /// Last, so that its thread ends first.

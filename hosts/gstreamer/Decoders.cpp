@@ -9,7 +9,9 @@ namespace gstreamer {
 
 namespace {
 
-bool isHardware(const gchar* klass) { return klass && std::strstr(klass, "Hardware"); }
+bool isHardware(const gchar* klass) {
+  return klass && std::strstr(klass, "Hardware");
+}
 
 bool isHardware(GstElementFactory* factory) {
   return isHardware(gst_element_factory_get_metadata(factory, GST_ELEMENT_METADATA_KLASS));
@@ -22,7 +24,8 @@ constexpr double pixelsPerSecondOfOneThread = 1920.0 * 1088.0 * 31.0;
 double effortOf(const GstStructure& stream) {
   const char* depth = gst_structure_get_string(&stream, "profile");
   const bool deep = depth && std::strstr(depth, "10");
-  const bool newer = !gst_structure_has_name(&stream, "video/x-h264") && !gst_structure_has_name(&stream, "video/mpeg");
+  const bool newer =
+      !gst_structure_has_name(&stream, "video/x-h264") && !gst_structure_has_name(&stream, "video/mpeg");
   return (newer ? 1.5 : 1.0) * (deep ? 1.5 : 1.0);
 }
 
@@ -48,7 +51,8 @@ std::vector<std::string> decodersFor(const GstCaps& caps, Hardware hardware) {
   const auto decoders = GST_ELEMENT_FACTORY_TYPE_DECODER | GST_ELEMENT_FACTORY_TYPE_MEDIA_ANY;
   const Factories all(gst_element_factory_list_get_elements(decoders, GST_RANK_MARGINAL));
   const Factories fitting(gst_element_factory_list_filter(all.get(), &caps, GST_PAD_SINK, gst_caps_is_fixed(&caps)));
-  const Factories sorted(g_list_sort(gst_plugin_feature_list_copy(fitting.get()), gst_plugin_feature_rank_compare_func));
+  const Factories sorted(
+      g_list_sort(gst_plugin_feature_list_copy(fitting.get()), gst_plugin_feature_rank_compare_func));
   std::vector<std::string> names;
   for (const GList* entry = sorted.get(); entry; entry = entry->next) {
     auto* factory = GST_ELEMENT_FACTORY(entry->data);

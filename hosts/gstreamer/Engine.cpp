@@ -9,7 +9,9 @@ namespace gstreamer {
 
 namespace {
 
-host::MediaFacts lookInto(const std::string& path, double deadline) { return probe::look(path, deadline).media; }
+host::MediaFacts lookInto(const std::string& path, double deadline) {
+  return probe::look(path, deadline).media;
+}
 
 class Engine final : public host::MediaEngine {
  public:
@@ -18,10 +20,13 @@ class Engine final : public host::MediaEngine {
         thread_("film-engine"),
         closingPatience_(options.closingPatience),
         surroundings_(std::make_shared<Surroundings>(
-            Surroundings{std::move(options), mainLoop, facts_, thread_.queue(), {}})) {
+            Surroundings{std::move(options), mainLoop, facts_, thread_.queue(), {}, {}})) {
     conductor_ = std::make_shared<Conductor>(surroundings_);
     surroundings_->deckIsReady = [weak = std::weak_ptr(conductor_)](Deck& deck) {
       if (const auto conductor = weak.lock()) conductor->deckIsReady(deck);
+    };
+    surroundings_->deckLags = [weak = std::weak_ptr(conductor_)](const Deck& deck, double lag) {
+      if (const auto conductor = weak.lock()) conductor->deckLags(deck, lag);
     };
     turn_ = std::make_shared<Turn>(conductor_, thread_.queue());
     // More than once does no harm. The first time after plugins were installed GStreamer starts a process that loads

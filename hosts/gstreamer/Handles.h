@@ -34,6 +34,7 @@ struct FactoriesRelease {
 
 using Element = std::unique_ptr<GstElement, ObjectRelease>;
 using Pad = std::unique_ptr<GstPad, ObjectRelease>;
+using Stream = std::unique_ptr<GstStream, ObjectRelease>;
 using Bus = std::unique_ptr<GstBus, ObjectRelease>;
 using Clock = std::unique_ptr<GstClock, ObjectRelease>;
 using Caps = std::unique_ptr<GstCaps, CapsRelease>;

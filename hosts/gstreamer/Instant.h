@@ -14,7 +14,12 @@ inline Instant now() {
       .count();
 }
 
-constexpr Instant nanoseconds(double seconds) { return static_cast<Instant>(seconds * 1e9); }
-constexpr double seconds(Instant nanoseconds) { return static_cast<double>(nanoseconds) / 1e9; }
+/// The nearest one: cut off, a time computed in seconds would fall before the frame that begins at it.
+constexpr Instant nanoseconds(double seconds) {
+  return static_cast<Instant>(seconds * 1e9 + (seconds < 0.0 ? -0.5 : 0.5));
+}
+constexpr double seconds(Instant nanoseconds) {
+  return static_cast<double>(nanoseconds) / 1e9;
+}
 
 }  // namespace gstreamer

@@ -30,7 +30,9 @@ void PictureBoard::setListener(std::function<void()> tell) {
   listener_ = std::move(tell);
 }
 
-host::PictureStream::Counts PictureBoard::counts() const { return {shown_, dropped_}; }
+host::PictureStream::Counts PictureBoard::counts() const {
+  return {shown_, dropped_};
+}
 
 Box PictureBoard::box() const {
   const std::lock_guard lock(mutex_);
@@ -52,7 +54,9 @@ void PictureBoard::show(std::shared_ptr<const host::Picture> picture, Box madeFo
   tellListener();
 }
 
-void PictureBoard::countDropped() { ++dropped_; }
+void PictureBoard::countDropped() {
+  ++dropped_;
+}
 
 void PictureBoard::close() {
   std::shared_ptr<const host::Picture> taken;

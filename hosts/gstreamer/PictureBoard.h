@@ -11,7 +11,7 @@
 namespace gstreamer {
 
 struct Box {
-  int width = 0;   ///< device pixels
+  int width = 0;  ///< device pixels
   int height = 0;
   bool empty() const { return width <= 0 || height <= 0; }
   bool operator==(const Box&) const = default;

@@ -1,5 +1,7 @@
 #include "hosts/gstreamer/PictureBranch.h"
 
+#include "hosts/gstreamer/Instant.h"
+
 #include <gst/app/gstappsink.h>
 
 #include <utility>
@@ -62,6 +64,10 @@ void PictureBranch::watchSink() {
   const auto kinds = static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM |
                                                   GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM | GST_PAD_PROBE_TYPE_PUSH);
   gst_pad_add_probe(pad.get(), kinds, seeItem, this, nullptr);
+}
+
+void PictureBranch::setDelay(double seconds) {
+  g_object_set(sink_.get(), "ts-offset", gint64{nanoseconds(seconds)}, nullptr);
 }
 
 void PictureBranch::take(Sample frame) {

@@ -19,6 +19,7 @@ class PictureBranch final : public Branch {
   GstElement& sink() override { return *sink_; }
   bool readsAhead() const override { return false; }
   void expectStill(bool expected) override { expectsStill_ = expected; }
+  void setDelay(double seconds) override;
   void countDropped() override { board_->countDropped(); }
 
  private:

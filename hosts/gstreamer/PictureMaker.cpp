@@ -17,9 +17,13 @@ constexpr int bytesPerPixel = 4;
 /// Rows begin where the widest vector instructions like them to.
 constexpr int rowAlignment = 64;
 
-int strideOf(int width) { return (width * bytesPerPixel + rowAlignment - 1) / rowAlignment * rowAlignment; }
+int strideOf(int width) {
+  return (width * bytesPerPixel + rowAlignment - 1) / rowAlignment * rowAlignment;
+}
 
-int halfOf(int size) { return (size + 1) / 2; }
+int halfOf(int size) {
+  return (size + 1) / 2;
+}
 
 /// Bilinear: at the usual reduction of a film to its half of the screen it costs a quarter of the box filter.
 constexpr libyuv::FilterMode filter = libyuv::kFilterBilinear;
@@ -225,8 +229,8 @@ class PictureMaker::Drawing {
       const Room toY = room(y_, size.width, size.height);
       const Room toU = room(u_, chromaWidth, chromaHeight);
       const Room toV = room(v_, chromaWidth, chromaHeight);
-      scale(y.data, y.stride, u.data, u.stride, v.data, v.stride, frame.width(), frame.height(), toY.data,
-            toY.stride, toU.data, toU.stride, toV.data, toV.stride, size.width, size.height, filter);
+      scale(y.data, y.stride, u.data, u.stride, v.data, v.stride, frame.width(), frame.height(), toY.data, toY.stride,
+            toU.data, toU.stride, toV.data, toV.stride, size.width, size.height, filter);
       y = toY.plane(), u = toU.plane(), v = toV.plane();
     }
     return toPixels(y.data, y.stride, u.data, u.stride, v.data, v.stride, target.data, target.stride,
@@ -322,9 +326,8 @@ void PictureMaker::make() {
   const int stride = strideOf(size.width);
   const auto memory = pool_->take(static_cast<std::size_t>(stride) * static_cast<std::size_t>(size.height));
   if (!drawing_->draw(frame, orientation_, size, {memory->data(), stride})) return;
-  board_->show(std::make_shared<host::Picture>(
-                   host::Picture{size.width, size.height, stride, memory->data(), memory}),
-               box);
+  board_->show(
+      std::make_shared<host::Picture>(host::Picture{size.width, size.height, stride, memory->data(), memory}), box);
 }
 
 }  // namespace gstreamer

@@ -1,13 +1,17 @@
 #include "hosts/gstreamer/Pipeline.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstring>
+#include <thread>
 
 namespace gstreamer {
 
 namespace {
 
 /// How long a wait goes on before it looks whether it was interrupted.
-constexpr GstClockTime glance = 20 * GST_MSECOND;
+constexpr Instant glance = 20 * GST_MSECOND;
+constexpr int glancesForReason = 10;
 /// Encoded sound that is read ahead, so that a disk that wakes up is not heard.
 constexpr guint64 readAheadTime = GST_SECOND;
 
@@ -20,11 +24,17 @@ bool isStream(const GstStructure& structure) {
 }
 
 GstStreamType kindOf(GstPad& pad) {
-  GstStream* stream = gst_pad_get_stream(&pad);
-  if (!stream) return GST_STREAM_TYPE_UNKNOWN;
-  const GstStreamType kind = gst_stream_get_stream_type(stream);
-  gst_object_unref(stream);
-  return kind;
+  const Stream stream(gst_pad_get_stream(&pad));
+  return stream ? gst_stream_get_stream_type(stream.get()) : GST_STREAM_TYPE_UNKNOWN;
+}
+
+/// What is about to come out of `pad`. A parser shows its pads before it sends caps over them, but the stream knows
+/// already; what the pad could send at all would admit decoders that do not take this very stream.
+Caps capsOf(GstPad& pad) {
+  if (Caps sent(gst_pad_get_current_caps(&pad)); sent) return sent;
+  const Stream stream(gst_pad_get_stream(&pad));
+  if (Caps told(stream ? gst_stream_get_caps(stream.get()) : nullptr); told) return told;
+  return Caps(gst_pad_query_caps(&pad, nullptr));
 }
 
 /// Media time in seconds that the segment at `pad` begins with, and the running time that belongs to it.
@@ -38,6 +48,13 @@ GstClockTimeDiff runningTimeAt(double position, GstElement& sink) {
   return time - static_cast<GstClockTimeDiff>(segment->time) + static_cast<GstClockTimeDiff>(segment->base);
 }
 
+/// Whether the sink holds each sample back until its time, or begins as soon as it may.
+bool waitsByItself(GstElement& sink) {
+  gboolean waits = TRUE;
+  if (g_object_class_find_property(G_OBJECT_GET_CLASS(&sink), "sync")) g_object_get(&sink, "sync", &waits, nullptr);
+  return waits;
+}
+
 }  // namespace
 
 Pipeline::Pipeline(Setup setup) : setup_(std::move(setup)) {}
@@ -48,7 +65,7 @@ bool Pipeline::open(double position) {
   if (!build()) return false;
   setup_.branch->expectStill(position <= 0.0);
   if (gst_element_set_state(pipeline_.get(), GST_STATE_PAUSED) == GST_STATE_CHANGE_FAILURE) {
-    fail(Trouble::Where::Media, "the pipeline could not be prepared");
+    failToPrepare();
     return false;
   }
   if (!settle()) return false;
@@ -95,6 +112,8 @@ void Pipeline::seeElement(GstBin*, GstBin*, GstElement* element, gpointer pipeli
 
 bool Pipeline::seek(double position, Precision precision) {
   setup_.branch->expectStill(true);
+  setup_.branch->standStill();
+  standsAt_ = position;
   const auto flags = static_cast<GstSeekFlags>(
       GST_SEEK_FLAG_FLUSH |
       (precision == Precision::Exact ? GST_SEEK_FLAG_ACCURATE : GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_NEAREST));
@@ -109,9 +128,17 @@ bool Pipeline::seek(double position, Precision precision) {
 
 void Pipeline::run(double position, Instant instant) {
   setup_.branch->expectStill(false);
-  const GstClockTimeDiff base = instant - runningTimeAt(position, setup_.branch->sink());
+  GstElement& sink = setup_.branch->sink();
+  const GstClockTimeDiff base = instant - runningTimeAt(position, sink);
   gst_element_set_base_time(pipeline_.get(), static_cast<GstClockTime>(base));
+  if (!waitsByItself(sink)) waitUntil(base + runningTimeAt(standsAt_, sink));
   gst_element_set_state(pipeline_.get(), GST_STATE_PLAYING);
+}
+
+void Pipeline::waitUntil(Instant instant) const {
+  for (Instant left = instant - now(); left > 0 && !interrupted_; left = instant - now()) {
+    std::this_thread::sleep_for(std::chrono::nanoseconds(std::min<Instant>(left, glance)));
+  }
 }
 
 void Pipeline::pause() {
@@ -151,11 +178,18 @@ void Pipeline::fail(Trouble::Where where, std::string reason) {
 
 bool Pipeline::settle() {
   while (!interrupted_ && !trouble()) {
-    const auto change = gst_element_get_state(pipeline_.get(), nullptr, nullptr, glance);
+    const auto change = gst_element_get_state(pipeline_.get(), nullptr, nullptr, GstClockTime{glance});
     if (change == GST_STATE_CHANGE_SUCCESS || change == GST_STATE_CHANGE_NO_PREROLL) return !trouble();
-    if (change == GST_STATE_CHANGE_FAILURE) fail(Trouble::Where::Media, "the pipeline could not be prepared");
+    if (change == GST_STATE_CHANGE_FAILURE) failToPrepare();
   }
   return false;
+}
+
+/// A bin knows that a change of state failed before it passes on the message that says why.
+void Pipeline::failToPrepare() {
+  for (int i = 0; i < glancesForReason && !trouble(); ++i)
+    std::this_thread::sleep_for(std::chrono::nanoseconds(glance));
+  fail(Trouble::Where::Media, "the pipeline could not be prepared");
 }
 
 /// Runs on whatever thread the message is born on, and nobody else reads the bus.
@@ -217,8 +251,7 @@ void Pipeline::seeNoMorePads(GstElement*, gpointer pipeline) {
 }
 
 void Pipeline::attach(GstPad& pad) {
-  Caps caps(gst_pad_get_current_caps(&pad));
-  if (!caps) caps.reset(gst_pad_query_caps(&pad, nullptr));
+  const Caps caps = capsOf(pad);
   const Pad from = readAhead(pad);
   const GstStructure* structure = gst_caps_get_structure(caps.get(), 0);
   if (g_str_has_suffix(gst_structure_get_name(structure), "/x-raw")) {
@@ -249,7 +282,8 @@ bool Pipeline::attachThrough(const std::string& name, GstPad& pad, const GstCaps
   gst_bin_add(&bin(), decoder.get());
   const Pad in(gst_element_get_static_pad(decoder.get(), "sink"));
   const bool fits = in && gst_element_link(decoder.get(), &setup_.branch->entry()) &&
-                    gst_pad_link(&pad, in.get()) == GST_PAD_LINK_OK && gst_element_sync_state_with_parent(decoder.get());
+                    gst_pad_link(&pad, in.get()) == GST_PAD_LINK_OK &&
+                    gst_element_sync_state_with_parent(decoder.get());
   if (fits) return true;
   gst_element_set_state(decoder.get(), GST_STATE_NULL);
   gst_bin_remove(&bin(), decoder.get());

@@ -70,6 +70,8 @@ class Pipeline {
   bool addSource();
   void fail(Trouble::Where where, std::string reason);
   bool settle();
+  void failToPrepare();
+  void waitUntil(Instant instant) const;
 
   static GstBusSyncReply seeMessage(GstBus* bus, GstMessage* message, gpointer pipeline);
   void seeError(GstMessage& message);
@@ -84,6 +86,7 @@ class Pipeline {
 
   Setup setup_;
   Element pipeline_;
+  double standsAt_ = 0.0;
   bool attached_ = false;
   std::atomic<bool> interrupted_ = false;
   mutable std::mutex mutex_;

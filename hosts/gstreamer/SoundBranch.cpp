@@ -17,6 +17,13 @@ Element makeConverter() {
   return converter;
 }
 
+/// Puts silence where the track has nothing, for a device that plays one sample after the other.
+Element makeGapFiller() {
+  Element filler = makeElement("audiorate");
+  if (filler) g_object_set(filler.get(), "tolerance", guint64{20 * GST_MSECOND}, nullptr);
+  return filler;
+}
+
 Element makeFilter(const char* caps) {
   Element filter = makeElement("capsfilter");
   if (filter) gst_util_set_object_arg(G_OBJECT(filter.get()), "caps", caps);
@@ -66,12 +73,15 @@ bool SoundBranch::build(GstBin& pipeline, std::string& reason) {
   router_ = makeConverter();
   sink_ = makeSink_ ? makeSink_() : nullptr;
   const Element mixableFilter = makeFilter(mixable), stereoFilter = makeFilter(stereo);
-  const Element resample = makeElement("audioresample"), last = makeConverter();
-  const std::vector<GstElement*> chain = {entry_.get(),        mixableFilter.get(), volume_.get(), router_.get(),
-                                          stereoFilter.get(), resample.get(),      last.get(),    sink_.get()};
+  const Element filler = makeGapFiller(), resample = makeElement("audioresample"), last = makeConverter();
+  const std::vector<GstElement*> chain = {entry_.get(),   mixableFilter.get(), volume_.get(),
+                                          router_.get(),  stereoFilter.get(),  filler.get(),
+                                          resample.get(), last.get(),          sink_.get()};
   for (GstElement* element : chain) {
     if (!element) {
-      reason = "there is no sound sink, or an element for sound is missing (audioconvert, volume, audioresample)";
+      reason =
+          "there is no sound sink, or an element for sound is missing (audioconvert, volume, audiorate, "
+          "audioresample)";
       return false;
     }
   }
@@ -82,12 +92,15 @@ bool SoundBranch::build(GstBin& pipeline, std::string& reason) {
     return false;
   }
   setVolume(firstVolume_);
+  device_.attach(*sink_);
   const Pad pad(gst_element_get_static_pad(entry_.get(), "sink"));
   gst_pad_add_probe(pad.get(), GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, seeEvent, this, nullptr);
   return true;
 }
 
-void SoundBranch::setVolume(double volume) { g_object_set(volume_.get(), "volume", volume, nullptr); }
+void SoundBranch::setVolume(double volume) {
+  g_object_set(volume_.get(), "volume", volume, nullptr);
+}
 
 /// The matrix must fit the number of channels, and it is known only once decoded sound arrives. It is set before the
 /// first converter learns of the channels: that one then leaves them as they are, since the router takes no others.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hosts/gstreamer/Branch.h"
+#include "hosts/gstreamer/DeviceWatch.h"
 #include "hosts/gstreamer/Mix.h"
 
 #include <functional>
@@ -18,6 +19,8 @@ class SoundBranch final : public Branch {
   GstElement& sink() override { return *sink_; }
   bool readsAhead() const override { return true; }
   void expectStill(bool) override {}
+  void standStill() override { device_.forget(); }
+  std::optional<double> lag() const override { return device_.lag(); }
   void countDropped() override {}
 
   /// Linear gain. Any thread, once the branch is built.
@@ -34,6 +37,7 @@ class SoundBranch final : public Branch {
   Element volume_;
   Element router_;
   Element sink_;
+  DeviceWatch device_;
 };
 
 }  // namespace gstreamer

@@ -40,11 +40,12 @@ std::optional<std::uint64_t> kindOfNumber(std::string_view text, bool hasPicture
   const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
   if (result.ec != std::errc() || result.ptr != text.data() + text.size()) return std::nullopt;
   switch (number) {
-    case 0:
+    case 0:  // once the number of films, and what tagging programs write for home videos today
+      return kind::homeVideo;
     case 9:
       return kind::film;
-    case 1:
-      return kind::music;
+    case 1:  // "normal": a song, unless there is something to see
+      return hasPicture ? kind::homeVideo : kind::music;
     case 2:
       return kind::audiobook;
     case 6:

@@ -18,25 +18,42 @@ QImage imageOf(const std::shared_ptr<const host::Picture>& picture) {
           QImage::Format_RGB32, release,        owner.release()};
 }
 
-/// What the scene graph draws: the black, and on it the picture once there is one.
+/// What the scene graph draws: the black, and on it the picture.
+///
+/// Both nodes are there from the beginning, the second one black as well until there is a picture: the software scene
+/// graph places a node that is added later without regard to where the item lies, and needs its texture at once.
 class FilmNode final : public QSGNode {
  public:
-  explicit FilmNode(QSGRectangleNode* background) : background_(background) {
+  explicit FilmNode(QQuickWindow& window)
+      : window_(window), background_(window.createRectangleNode()), picture_(window.createImageNode()) {
     background_->setColor(Qt::black);
+    picture_->setOwnsTexture(true);
+    picture_->setFiltering(QSGTexture::Nearest);
+    clearPicture();
     appendChildNode(background_);
+    appendChildNode(picture_);
   }
 
-  QSGRectangleNode& background() { return *background_; }
-  QSGImageNode* picture() const { return picture_; }
-  void setPicture(QSGImageNode* picture) {
-    delete picture_;
-    picture_ = picture;
-    if (picture_ != nullptr) appendChildNode(picture_);
+  void setBackground(const QRectF& rect) {
+    if (background_->rect() != rect) background_->setRect(rect);
+  }
+  void setPicture(const QImage& image) {
+    picture_->setTexture(window_.createTextureFromImage(image, QQuickWindow::TextureIsOpaque));
+  }
+  void place(const QRectF& rect) {
+    if (picture_->rect() != rect) picture_->setRect(rect);
+  }
+  void clearPicture() {
+    QImage black(1, 1, QImage::Format_RGB32);
+    black.fill(Qt::black);
+    setPicture(black);
+    place({0, 0, 1, 1});
   }
 
  private:
+  QQuickWindow& window_;
   QSGRectangleNode* background_;
-  QSGImageNode* picture_ = nullptr;
+  QSGImageNode* picture_;
 };
 
 }  // namespace
@@ -83,8 +100,8 @@ void FilmItem::geometryChange(const QRectF& now, const QRectF& before) {
 
 void FilmItem::itemChange(ItemChange change, const ItemChangeData& data) {
   QQuickItem::itemChange(change, data);
-  const bool matters = change == ItemVisibleHasChanged || change == ItemDevicePixelRatioHasChanged ||
-                       change == ItemSceneChange;
+  const bool matters =
+      change == ItemVisibleHasChanged || change == ItemDevicePixelRatioHasChanged || change == ItemSceneChange;
   if (matters) askForBox();
 }
 
@@ -113,10 +130,6 @@ QRectF FilmItem::placeOf(QSize picture) const {
   return {(left - corner.x()) / ratio, (top - corner.y()) / ratio, size.width() / ratio, size.height() / ratio};
 }
 
-void FilmItem::showPicture(QSGImageNode& node, const std::shared_ptr<const host::Picture>& picture) const {
-  node.setTexture(window()->createTextureFromImage(imageOf(picture), QQuickWindow::TextureIsOpaque));
-}
-
 QSGNode* FilmItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*data*/) {
   if (width() <= 0 || height() <= 0) {
     delete old;
@@ -125,25 +138,15 @@ QSGNode* FilmItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*data*/) 
   }
   auto* node = static_cast<FilmNode*>(old);
   if (node == nullptr) {
-    node = new FilmNode(window()->createRectangleNode());
+    node = new FilmNode(*window());
     shown_ = nullptr;
   }
-  if (node->background().rect() != boundingRect()) node->background().setRect(boundingRect());
+  node->setBackground(boundingRect());
   const auto newest = pictures_ ? pictures_->newest() : nullptr;
-  if (!newest) {
-    node->setPicture(nullptr);
-    shown_ = nullptr;
-    return node;
-  }
-  if (node->picture() == nullptr) {
-    node->setPicture(window()->createImageNode());
-    node->picture()->setOwnsTexture(true);
-    node->picture()->setFiltering(QSGTexture::Nearest);
-  }
-  if (newest != shown_) showPicture(*node->picture(), newest);
+  if (newest && newest != shown_) node->setPicture(imageOf(newest));
+  if (newest) node->place(placeOf({newest->width, newest->height}));
+  if (!newest && shown_) node->clearPicture();
   shown_ = newest;
-  const QRectF place = placeOf({newest->width, newest->height});
-  if (node->picture()->rect() != place) node->picture()->setRect(place);
   return node;
 }
 

@@ -7,7 +7,6 @@
 #include <atomic>
 #include <memory>
 
-class QSGImageNode;
 
 namespace qtquick {
 
@@ -33,7 +32,6 @@ class FilmItem final : public QQuickItem {
   void pictureArrived();
   void askForBox();
   QSize boxInPixels() const;
-  void showPicture(QSGImageNode& node, const std::shared_ptr<const host::Picture>& picture) const;
   QRectF placeOf(QSize picture) const;
 
   std::shared_ptr<host::PictureStream> pictures_;

@@ -98,6 +98,10 @@ ViewNode* Mirror::filmOverlaidBy(const UIView& view) const {
   return film != nullptr && film->overlay.get() == &view ? nodeOf(*film->view) : nullptr;
 }
 
+bool Mirror::isSheet(const UIView& view) const {
+  return view.viewController() && view.frame().origin.y > 0 && view.superview() == window_.lock();
+}
+
 bool Mirror::movesThings() const {
   return !screen_.reducesMotion();
 }

@@ -47,6 +47,8 @@ class Mirror final {
   const FilmControls* filmOf(const UIView& view) const;
   /// The node of the film view over which `view` lays its controls; none where `view` is no overlay.
   ViewNode* filmOverlaidBy(const UIView& view) const;
+  /// Whether `view` is the root view of a sheet that leaves some of the window free above it.
+  bool isSheet(const UIView& view) const;
   /// Whether the desktop lets things move.
   bool movesThings() const;
 

@@ -20,6 +20,8 @@ namespace qtquick {
 
 namespace {
 
+constexpr double sheetCornerRadius = 16;
+
 struct Kind {
   std::unique_ptr<ViewNode> node;
   const char* component;
@@ -117,7 +119,8 @@ QColor ViewNode::color() const {
 
 qreal ViewNode::cornerRadius() const {
   const auto view = this->view();
-  return view ? view->layer()->cornerRadius() : 0;
+  if (!view) return 0;
+  return mirror().isSheet(*view) ? sheetCornerRadius : view->layer()->cornerRadius();
 }
 
 qreal ViewNode::borderWidth() const {

@@ -67,8 +67,8 @@ struct PlayerEvents {
 class PicturePlayer {
  public:
   virtual ~PicturePlayer() = default;
-  /// Tracks whose sound is not to be heard; they are not decoded at all. (A picture player never makes sound of
-  /// its own in any case unless `setSilenced` leaves an audio track out.)
+  /// Tracks whose sound is not to be heard; they are not decoded at all. An engine whose picture players never make
+  /// any sound may take every audio track as silenced.
   virtual void setSilenced(const std::vector<int>& trackIdentifiers) = 0;
   virtual void play() = 0;
   virtual void pause() = 0;

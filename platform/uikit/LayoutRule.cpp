@@ -30,6 +30,7 @@ std::optional<LayoutLength> LayoutLength::parse(std::string_view text) {
     } else if (next != packed.data()) {
       return std::nullopt;
     }
+    if (next != end && *next == '-') return std::nullopt;  // a number would be read with a sign of its own
     double number = 0;
     const auto read = std::from_chars(next, end, number, std::chars_format::fixed);
     if (read.ec != std::errc{} || !std::isfinite(number)) return std::nullopt;

@@ -1,7 +1,6 @@
 #include "platform/uikit/UIGestureRecognizer.h"
 
 #include "platform/uikit/UIControl.h"
-#include "platform/uikit/UIWindow.h"
 
 void UITapGestureRecognizer::recognize() const {
   const auto target = target_.lock();
@@ -23,8 +22,7 @@ void deliverTap(const Strong<UIView>& view, CGPoint point) {
 }
 
 void deliverTap(const Strong<UIView>& view) {
-  const auto window = view->window();
-  if (!window || !window->acceptsInputIn(*view) || isPartOfAControl(*view)) return;
+  if (!acceptsInput(*view) || isPartOfAControl(*view)) return;
   for (auto each = view; each; each = each->superview()) {
     if (each->gestureRecognizers().empty()) continue;
     const auto recognizer = each->gestureRecognizers().front();

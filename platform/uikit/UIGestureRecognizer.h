@@ -26,7 +26,7 @@ class UITapGestureRecognizer final : public NSObject {
 
 /// A tap on `view` at `point` (the view's coordinates), as the screen host saw it. Of the recognisers on the view
 /// that was hit, or on the closest one above it that has any, the first one recognises and the others are
-/// prevented. Nothing happens for a tap on a control or outside the topmost screen.
+/// prevented. Nothing happens for a tap on a control, on something hidden, or outside the topmost screen.
 void deliverTap(const Strong<UIView>& view, CGPoint point);
 
 /// A tap on `view` itself that has no place: the keyboard's or the accessibility interface's.

@@ -39,7 +39,8 @@ UIColor colour(const xml_attribute& attribute) {
   unsigned long value = 0;
   const auto read = std::from_chars(text.data() + (text.empty() ? 0 : 1), text.data() + text.size(), value, 16);
   const bool hasAlpha = text.size() == 9;
-  if (read.ec != std::errc{} || text[0] != '#' || (text.size() != 7 && !hasAlpha)) {
+  if (read.ec != std::errc{} || read.ptr != text.data() + text.size() || text[0] != '#' ||
+      (text.size() != 7 && !hasAlpha)) {
     stop(std::string(attribute.name()) + " is no colour: " + std::string(text));
   }
   if (!hasAlpha) value = (value << 8U) | 0xFFU;

@@ -52,6 +52,10 @@ void UITableView::dropCellsOutside(long first, long last) {
 
 void UITableView::layoutSubviews() {
   UIScrollView::layoutSubviews();
+  if (!window()) {
+    setNeedsLayout();  // its screen is still loading: the data source is not ready to be asked
+    return;
+  }
   const auto dataSource = dataSource_.lock();
   if (!dataSource) return;
   const auto self = strongReference(this);
@@ -62,6 +66,7 @@ void UITableView::layoutSubviews() {
     ++generation_;
   }
   setContentSize({bounds().size.width, static_cast<double>(numberOfRows_) * rowHeight_});
+  setContentOffset(contentOffset());  // a table that grew may stand beyond its end
   const double top = contentOffset().y;
   const double height = bounds().size.height;
   const long first = static_cast<long>(std::floor(top / rowHeight_));

@@ -27,8 +27,8 @@ class UITableViewDelegate {
 /// A list of rows, of which only those in sight exist as cells. One section. Data source and delegate are not kept
 /// alive. Main thread only.
 ///
-/// The data source is asked when the table is laid out, at the end of the turn in which it was reloaded, scrolled or
-/// resized, and only for rows in sight, from the top down.
+/// The data source is asked when the table is laid out in its window, at the end of the turn in which it was
+/// reloaded, scrolled or resized, and only for rows in sight, from the top down.
 class UITableView final : public UIScrollView {
  public:
   using UIScrollView::UIScrollView;

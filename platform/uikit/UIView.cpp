@@ -103,9 +103,9 @@ void UIView::addGestureRecognizer(const Strong<UITapGestureRecognizer>& recogniz
 
 Strong<UIView> UIView::hitTest(CGPoint point) {
   if (hidden_ || !bounds().contains(point)) return nullptr;
-  for (const auto& each : std::ranges::reverse_view(subviews_)) {
-    const CGPoint origin = each->frame().origin;
-    if (auto found = each->hitTest({point.x - origin.x, point.y - origin.y})) return found;
+  for (auto each = subviews_.rbegin(); each != subviews_.rend(); ++each) {
+    const CGPoint origin = (*each)->frame().origin;
+    if (auto found = (*each)->hitTest({point.x - origin.x, point.y - origin.y})) return found;
   }
   return strongReference(this);
 }

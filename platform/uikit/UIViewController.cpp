@@ -20,9 +20,9 @@ const Strong<UIView>& UIViewController::view() {
 void UIViewController::loadView() {
   const auto window = UIApplication::sharedApplication()->keyWindow();
   view_ = make<UIView>(window ? window->frameForScreen(*this) : CGRectZero);
-  view_->viewController_ = weakReference(this);
   if (storyboard_) storyboard_->buildView(scene_, *this);
   view_->layoutIfNeeded();
+  view_->viewController_ = weakReference(this);  // only now: no layout is reported before viewDidLoad
   viewDidLoad();
 }
 

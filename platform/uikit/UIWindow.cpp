@@ -39,7 +39,7 @@ void UIWindow::setSize(CGSize size) {
   const auto traits = UITraitCollection::forWindow(size, Platform::current().ports().screen.isResizable());
   std::vector<Strong<UIViewController>> screens{root_};
   for (const auto& presentation : presentations_) screens.push_back(presentation.controller);
-  const bool differs = !(traits == traits_);
+  const bool differs = visible_ && !(traits == traits_);
   traits_ = traits;
   UIViewControllerTransitionCoordinator coordinator;
   for (const auto& screen : screens) {
@@ -116,7 +116,7 @@ void UIWindow::startWaiting() {
   const auto next =
       std::find_if(waiting_.begin(), waiting_.end(), [this](const Waiting& each) { return canStart(each); });
   if (next == waiting_.end()) return;
-  Waiting work = std::move(*next);
+  const Waiting work = std::move(*next);
   waiting_.erase(next);
   if (work.kind == Waiting::Kind::Presentation) {
     startPresentation(work);
@@ -157,30 +157,37 @@ void UIWindow::startDismissal(const Waiting& work) {
   const auto from = std::find_if(presentations_.begin(), presentations_.end(),
                                  [&](const Presentation& each) { return each.controller == work.controller; });
   const auto presenter = work.controller->presentingViewController();
+  std::vector<Strong<UIViewController>> leaving;
   for (auto each = from; each != presentations_.end(); ++each) {
     each->phase = PresentationPhase::Dismissing;
     each->animated = work.animated;
+    leaving.insert(leaving.begin(), each->controller);
   }
   changed();
-  const bool covers = work.controller->coversItsPresenter();
-  presentations_.back().controller->viewWillDisappear(work.animated);
-  if (presenter && covers) presenter->viewWillAppear(work.animated);
+  bool covered = false;  // what lies under a full screen has disappeared already
+  for (const auto& screen : leaving) {
+    if (!covered) screen->viewWillDisappear(work.animated);
+    covered = screen->coversItsPresenter();
+  }
+  if (presenter && covered) presenter->viewWillAppear(work.animated);
   afterTransition(work.animated, [this, self = shared_from_this(), work] { endDismissal(work); });
 }
 
 void UIWindow::endDismissal(const Waiting& work) {
   const auto presenter = work.controller->presentingViewController();
+  bool covered = false;
   while (!presentations_.empty()) {
     const auto gone = presentations_.back().controller;
     presentations_.pop_back();
     if (gone->isViewLoaded()) gone->view()->removeFromSuperview();
     if (const auto below = gone->presentingViewController()) below->presented_ = nullptr;
     gone->presenting_.reset();
-    gone->viewDidDisappear(work.animated);
+    if (!covered) gone->viewDidDisappear(work.animated);
+    covered = gone->coversItsPresenter();
     if (gone == work.controller) break;
   }
   changed();
-  if (presenter && work.controller->coversItsPresenter()) presenter->viewDidAppear(work.animated);
+  if (presenter && covered) presenter->viewDidAppear(work.animated);
   if (work.completion) work.completion();
   startWaiting();
 }

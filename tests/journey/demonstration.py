@@ -56,7 +56,7 @@ def perform(program, out):
     stage = program.stage
     complaints = []
     films = Film(program, 1), Film(program, 2)
-    program.pass_first_start()
+    program.wait_until_ready()
     choose(films[0], FILMS[0])
     if not stage.sound.take(1.0).is_silent(films[1].channel):
         complaints.append("the right channel is not exactly silent while film 1 plays alone")

@@ -55,13 +55,13 @@ class Surroundings:
         return Program(self.program_path, self.stage, home, environment)
 
     def shared_program(self):
-        """A program past its first start, with all films in its list. Started anew when the last one is gone."""
+        """A program with all films in its list. Started anew when the last one is gone."""
         if self._shared is not None and not self._shared.is_running:
             self._shared.end()
             self._shared = None
         if self._shared is None:
             self._shared = self.start(self.new_home())
-            self._shared.pass_first_start()
+            self._shared.wait_until_ready()
         return self._shared
 
 
@@ -81,6 +81,7 @@ class Journey(unittest.TestCase):
         """A program of the test's own, which ends with it."""
         self.program = self.surroundings.start(home, **environment)
         self.addCleanup(self.program.end)
+        self.program.wait_until_ready()
         self._meet_films()
         return self.program
 

@@ -111,6 +111,11 @@ class Program:
                 raise NotInTime(f"the console never said {line!r}, but {self.lines[since:]}")
             return self.lines[since : self.lines.index(line, since) + 1]
 
+    def wait_until_ready(self):
+        """Until it has said all that a start says."""
+        for line in ("viewDidAppear", "posso accedere alla libreria"):
+            self.lines_up_to(line, 0, deadline=30.0)
+
     # Its window
 
     @property
@@ -155,12 +160,6 @@ class Program:
         return found[0]
 
     # What its user does
-
-    def pass_first_start(self):
-        """Pages through the tutorial that a first start brings."""
-        self.press("next")
-        self.press("start")
-        self.wait_until_gone("start")
 
     def open_list(self):
         self.press("Choose videos")

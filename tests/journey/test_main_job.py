@@ -3,30 +3,27 @@
 from journey import FILM_A, FILM_B, SHORT_FILM, Journey
 
 LIST_OPENS = ["listaVideo", "posso caricare la lista :", "prepare", "segue"]
+HINT = "Click on this and select your videos"
 DONE = "------------------------ Done"
 
 
 class MainJob(Journey):
-    def test_first_start_shows_the_tutorial_and_later_ones_do_not(self):
+    def test_only_the_first_start_shows_the_hint(self):
         home = self.surroundings.new_home(FILM_A.title)
         program = self.start(home)
-        program.wait_for("next")
-        self.assertIn("tutorial", program.lines)
-        program.press("next")
-        program.press("start")
-        program.wait_for("Choose videos")
-        self.assertEqual(program.lines_up_to("viewDidAppear", program.lines.index("ButtonPushed"))[-1], "viewDidAppear")
+        program.wait_for(HINT)
+        self.assertEqual(len(program.lines), 2, program.lines)
+        program.open_list()
+        program.wait_until_gone(HINT)
         program.terminate()
         self.assertEqual(program.exit_status(), 0)
 
         again = self.start(home)
-        again.press("Choose videos")
-        again.wait_for("Videos for film 1")
-        self.assertNotIn("tutorial", again.lines)
+        again.wait_for("Choose videos")
+        self.assertIsNone(again.find(HINT))
 
     def test_two_films_each_on_its_own_side(self):
         program = self.start(self.surroundings.new_home(FILM_A.title, FILM_B.title, SHORT_FILM.title))
-        program.pass_first_start()
         self.check_list_lines(program)
         self.check_film_1_alone(program)
         self.check_film_2_beside_it(program)

@@ -57,7 +57,6 @@ class Troubles(Journey):
 
     def test_without_a_sound_server_the_picture_plays(self):
         program = self.start(self.surroundings.new_home(FILM_A.title), **self.stage.sound_server.environment_without_server)
-        program.pass_first_start()
         program.choose(self.film1, FILM_A.title)
         self.film1.wait_for_clip(FILM_A)
         self.wait_until_it_moves(self.film1)
@@ -73,7 +72,7 @@ class StartAndEnd(Journey):
     def setUp(self):
         super().setUp()
         self.home = self.surroundings.new_home(FILM_A.title)
-        self.start(self.home).pass_first_start()
+        self.start(self.home)
         self.play(self.film1, FILM_A)
 
     def test_a_second_start_brings_the_first_window_forward(self):

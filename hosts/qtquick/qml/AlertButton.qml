@@ -15,11 +15,12 @@ T.AbstractButton {
     Accessible.role: Accessible.Button
     Accessible.name: title
     Accessible.ignored: !enabled
+    Accessible.onPressAction: clicked()
 
     Keys.onPressed: event => {
         if ((event.key !== Qt.Key_Return && event.key !== Qt.Key_Enter) || event.isAutoRepeat)
             return
-        click()
+        clicked()
         event.accepted = true
     }
 

@@ -16,12 +16,13 @@ T.AbstractButton {
     Accessible.role: Accessible.Button
     Accessible.name: node.accessibleName
     Accessible.ignored: !enabled
+    Accessible.onPressAction: node.press()
 
     onClicked: node.press()
     Keys.onPressed: event => {
         if ((event.key !== Qt.Key_Return && event.key !== Qt.Key_Enter) || event.isAutoRepeat)
             return
-        click()
+        node.press()
         event.accepted = true
     }
 

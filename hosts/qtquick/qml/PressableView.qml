@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Templates as T
 
 // A view with a name: a film. It can be tapped, and pressed by key or by assistive technology.
-T.Control {
+T.AbstractButton {
     id: view
 
     required property QtObject node
@@ -10,6 +10,7 @@ T.Control {
     enabled: node.shown
     visible: node.shown
     clip: node.clips
+    // Until a tap means something there is nothing to come here for.
     focusPolicy: node.tappable ? Qt.StrongFocus : Qt.NoFocus
 
     Accessible.role: Accessible.Button
@@ -18,11 +19,12 @@ T.Control {
     Accessible.ignored: !enabled
     Accessible.onPressAction: node.tap()
 
+    onClicked: node.tapAt(Qt.point(pressX, pressY))
     Keys.onPressed: event => {
-        const isPress = [Qt.Key_Space, Qt.Key_Return, Qt.Key_Enter, Qt.Key_Select].includes(event.key)
-        if (!isPress || event.isAutoRepeat)
+        if (![Qt.Key_Space, Qt.Key_Return, Qt.Key_Enter, Qt.Key_Select].includes(event.key))
             return
-        node.tap()
+        if (!event.isAutoRepeat)
+            node.tap()
         event.accepted = true
     }
 
@@ -30,11 +32,6 @@ T.Control {
         color: view.node.color
         radius: view.node.cornerRadius
         border { width: view.node.borderWidth; color: view.node.borderColor }
-    }
-
-    TapHandler {
-        enabled: view.node.tappable
-        onTapped: eventPoint => view.node.tapAt(eventPoint.position)
     }
 
     FocusRing {

@@ -40,6 +40,16 @@ FocusScope {
             y: screen.node.slides ? Math.round((1 - screen.progress) * (screen.height - screen.node.sheet.y)) : 0
         }
 
+        // The edge of the sheet, to be told from what is dark behind it.
+        Rectangle {
+            visible: screen.node.dims && screen.node.sheet.y > 0
+            x: screen.node.sheet.x - 1
+            y: screen.node.sheet.y - 1
+            width: screen.node.sheet.width + 2
+            height: screen.node.sheet.height + 2
+            radius: 17
+            color: "#3A454C"
+        }
         // A sheet that stands on the window's lower edge has no lower corners.
         Rectangle {
             readonly property rect sheet: screen.node.sheet

@@ -7,6 +7,9 @@ T.Slider {
 
     required property QtObject node
     property bool isFollowing: false
+    // Assistive technology asks for the ends of the range by these names.
+    readonly property real minimumValue: from
+    readonly property real maximumValue: to
 
     readonly property real timeWidth: node.showsTime ? Math.max(elapsed.implicitWidth, length.implicitWidth) : 0
     // Where the clock leaves too little of the track, it goes below.

@@ -8,6 +8,7 @@ T.ItemDelegate {
 
     required property int index
     required property ListView table
+    readonly property bool hasRoomForPicture: width >= 240
     property var content: table.node.content(index)
 
     function refresh() { content = table.node.content(index) }
@@ -39,7 +40,7 @@ T.ItemDelegate {
 
             anchors.fill: parent
             anchors.bottomMargin: 4
-            anchors.rightMargin: row.table.isLong ? 20 : 0
+            anchors.rightMargin: row.table.gutter
             radius: 10
             color: row.content.color
 
@@ -68,12 +69,13 @@ T.ItemDelegate {
             height: 54
             radius: 8
             color: "#0B0E10"
-            visible: artwork.status !== Image.Ready
+            visible: row.hasRoomForPicture && artwork.status !== Image.Ready
         }
         Image {
             id: artwork
 
             anchors.fill: frame
+            visible: row.hasRoomForPicture
             asynchronous: true
             source: row.content.picture
             sourceSize: Qt.size(Math.round(width * Screen.devicePixelRatio),
@@ -81,10 +83,10 @@ T.ItemDelegate {
             fillMode: Image.PreserveAspectCrop
         }
         Column {
-            anchors.left: frame.right
+            anchors.left: row.hasRoomForPicture ? frame.right : parent.left
             anchors.leftMargin: 12
             anchors.right: parent.right
-            anchors.rightMargin: row.table.isLong ? 32 : 12
+            anchors.rightMargin: row.table.gutter + 12
             y: Math.round((parent.height - 4 - height) / 2)
             spacing: 4
 

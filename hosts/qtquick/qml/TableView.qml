@@ -7,6 +7,8 @@ ListView {
 
     required property QtObject node
     readonly property bool isLong: contentHeight > 4 * height
+    // What the rows leave free for the scroll bar.
+    readonly property real gutter: isLong ? 20 : contentHeight > height ? 12 : 0
     // Whether the keyboard led here, so that it is worth showing where it is.
     property bool showsFocus: false
 
@@ -62,8 +64,8 @@ ListView {
     T.ScrollBar.vertical: T.ScrollBar {
         id: bar
 
-        width: list.isLong ? 28 : 14
-        policy: list.isLong ? T.ScrollBar.AlwaysOn : T.ScrollBar.AsNeeded
+        width: 28
+        visible: size < 1
         interactive: list.isLong
         minimumSize: Math.min(1, 48 / Math.max(1, height))
         hoverEnabled: true

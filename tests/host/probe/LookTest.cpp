@@ -276,7 +276,7 @@ TEST_P(KindByTag, IsTheLibrarysNumber) {
 
 INSTANTIATE_TEST_SUITE_P(
     Kinds, KindByTag,
-    testing::Values(Tagged{"media_type", "0", 256}, Tagged{"media_type", "1", 1}, Tagged{"media_type", "2", 4},
+    testing::Values(Tagged{"media_type", "0", 8192}, Tagged{"media_type", "1", 8192}, Tagged{"media_type", "2", 4},
                     Tagged{"media_type", "6", 2048}, Tagged{"media_type", "9", 256}, Tagged{"media_type", "10", 512},
                     Tagged{"media_type", "21", 1024}, Tagged{"media_type", "23", 4096},
                     Tagged{"media_type", "99", 8192}, Tagged{"CONTENT_TYPE", "Feature Film", 256},

@@ -95,11 +95,14 @@ int main(int argumentCount, char* arguments[]) {
   const double seconds = parser.value("seconds").toDouble();
   if (seconds > 0) QTimer::singleShot(static_cast<int>(seconds * 1000), &application, &QCoreApplication::quit);
   const std::clock_t before = std::clock();
+  int frames = 0;
+  QObject::connect(&stage.window(), &QQuickWindow::frameSwapped, &stage.window(), [&] { ++frames; });
   {
     std::unique_ptr<Painter> painter;
     if (!parser.isSet("still")) painter = std::make_unique<Painter>(stage);
     QCoreApplication::exec();
   }
-  std::printf("%.2f s of processor time\n", static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC);
+  std::printf("%.2f s of processor time for %d frames\n",
+              static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC, frames);
   return 0;
 }

@@ -27,7 +27,7 @@ std::vector<host::LibraryItem> videos(std::size_t count) {
   std::vector<host::LibraryItem> items;
   for (std::size_t number = 0; number < count; ++number) {
     const std::string title = "Video " + std::to_string(number);
-    items.push_back({"file:///videos/" + title + ".mp4", title, 60, "/videos/" + title + ".mp4"});
+    items.push_back({"file:///videos/" + std::to_string(number) + ".mp4", title, 60, "/videos/" + title + ".mp4"});
   }
   return items;
 }

@@ -49,8 +49,8 @@ TEST_F(AVAssetTest, KeepsTheFractionOfItsDuration) {
 }
 
 TEST_F(AVAssetTest, ItsDurationIsAlwaysFinite) {
-  for (const double unknown : {0.0, -1.0, std::numeric_limits<double>::infinity(),
-                               std::numeric_limits<double>::quiet_NaN()}) {
+  for (const double unknown :
+       {0.0, -1.0, std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
     facts.duration = unknown;
     EXPECT_EQ(make<AVAsset>(NSURL::URLWithString(address))->duration(), kCMTimeZero) << unknown;
   }

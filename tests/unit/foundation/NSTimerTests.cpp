@@ -61,8 +61,8 @@ TEST_F(NSTimerTest, SkipsTheRepeatsThatWereMissed) {
 TEST_F(NSTimerTest, TellsItsSelectorWhichTimerItIs) {
   const auto target = make<Target>();
   const auto info = make<NSString>("info");
-  const auto timer = NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
-      1, target, &Target::fired, info, true);
+  const auto timer =
+      NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, target, &Target::fired, info, true);
   advance(3);
   EXPECT_EQ(target->count, 3);
   EXPECT_EQ(target->last.lock(), timer);
@@ -135,8 +135,8 @@ TEST_F(NSTimerTest, InvalidationReleasesTargetAndUserInfo) {
   auto info = make<NSString>("info");
   const Weak<Target> weakTarget = target;
   const Weak<NSString> weakInfo = info;
-  const auto timer = NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
-      1, target, &Target::fired, info, true);
+  const auto timer =
+      NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, target, &Target::fired, info, true);
   target = nullptr;
   info = nullptr;
   ASSERT_FALSE(weakTarget.expired());

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 using testing::ElementsAre;
 
 namespace {
@@ -50,10 +52,13 @@ TEST_F(UIControlTest, DoesNotKeepItsTarget) {
 
 TEST_F(UIControlTest, MayLoseItsLastReferenceInItsOwnAction) {
   auto control = make<UIControl>();
-  control->addAction(window(), [&control](const Strong<UIControl>& sender) {
-    control = nullptr;
-    print("still of tag " + std::to_string(sender->tag()));
-  }, UIControlEvents::TouchUpInside);
+  control->addAction(
+      window(),
+      [&control](const Strong<UIControl>& sender) {
+        control = nullptr;
+        print("still of tag " + std::to_string(sender->tag()));
+      },
+      UIControlEvents::TouchUpInside);
   auto* raw = control.get();
   raw->sendActionsForControlEvents(UIControlEvents::TouchUpInside);
   EXPECT_THAT(takeLines(), ElementsAre("still of tag 0"));
@@ -127,9 +132,10 @@ TEST_F(UIControlTest, NoButtonActsWhileADismissalIsRunning) {
 }
 
 TEST_F(UIControlTest, ASecondPressNeverOpensASecondScreen) {
-  root().button->addAction(window()->rootViewController(), [this](const Strong<UIControl>&) {
-    root().performSegueWithIdentifier_sender("toSheet", nullptr);
-  }, UIControlEvents::TouchUpInside);
+  root().button->addAction(
+      window()->rootViewController(),
+      [this](const Strong<UIControl>&) { root().performSegueWithIdentifier_sender("toSheet", nullptr); },
+      UIControlEvents::TouchUpInside);
   event([this] {
     root().button->press();
     root().button->press();

@@ -30,7 +30,8 @@ class UITapGestureRecognizerTest : public WindowFixture {
   const Strong<UIView>& box() const { return root().box; }
   Strong<Target> recognize(const Strong<UIView>& view, const std::string& name) const {
     auto target = make<Target>(name);
-    view->addGestureRecognizer(UITapGestureRecognizer::tapGestureRecognizerWithTarget_action(target, &Target::tapped));
+    view->addGestureRecognizer(
+        UITapGestureRecognizer::tapGestureRecognizerWithTarget_action(target, &Target::tapped));
     return target;
   }
   void tap(CGPoint point) {

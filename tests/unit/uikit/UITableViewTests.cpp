@@ -44,8 +44,8 @@ TEST_F(UITableViewTest, AsksAfterReloadDataHasReturnedAndForTheRowsInSightOnly) 
     table().reloadData();
     print("reloaded");
   });
-  EXPECT_THAT(takeLines(),
-              ElementsAre("reloaded", "Root counts section 0", "Root row 0", "Root row 1", "Root row 2", "Root row 3"));
+  EXPECT_THAT(takeLines(), ElementsAre("reloaded", "Root counts section 0", "Root row 0", "Root row 1", "Root row 2",
+                                       "Root row 3"));
   EXPECT_EQ(table().numberOfRows(), 100);
   EXPECT_EQ(table().contentSize(), (CGSize{200, 5000}));
 }
@@ -76,8 +76,8 @@ TEST_F(UITableViewTest, TheFirstTableIsAskedFirst) {
     second->reloadData();
     table().reloadData();
   });
-  EXPECT_THAT(takeLines(), ElementsAre("Root counts section 0", "Root row 0", "Root row 1", "Root row 2", "Root row 3",
-                                       "Other counts section 0", "Other row 0"));
+  EXPECT_THAT(takeLines(), ElementsAre("Root counts section 0", "Root row 0", "Root row 1", "Root row 2",
+                                       "Root row 3", "Other counts section 0", "Other row 0"));
 }
 
 TEST_F(UITableViewTest, IsNotAskedBeforeItsScreenDidLoad) {
@@ -210,8 +210,8 @@ TEST_F(UITableViewTest, ARowThatIsNotThereCannotBeChosen) {
 }
 
 TEST_F(UITableViewTest, NoRowCanBeChosenBeneathAnAlert) {
-  const auto alert = UIAlertController::alertControllerWithTitle_message_preferredStyle(std::nullopt, "message",
-                                                                                       UIAlertControllerStyle::Alert);
+  const auto alert = UIAlertController::alertControllerWithTitle_message_preferredStyle(
+      std::nullopt, "message", UIAlertControllerStyle::Alert);
   event([&] { root().presentViewController_animated_completion(alert, false); });
   takeLines();
   event([this] { table().selectRow(1); });

@@ -258,7 +258,9 @@ TEST_F(ChangesTest, EveryPropertyThatIsDrawnIsNoted) {
   const auto& box = root().box;
   const std::vector<std::function<void()>> changes = {
       [&] { box->setFrame(CGRectMake(1, 1, 1, 1)); },
-      [&] { box->setCenter({70, 70}); },
+      [&] {
+        box->setCenter({70, 70});
+      },
       [&] { box->setHidden(true); },
       [&] { box->setBackgroundColor(UIColor::grayColor()); },
       [&] { box->setContentMode(UIViewContentMode::ScaleAspectFill); },
@@ -293,7 +295,8 @@ TEST_F(ChangesTest, EveryPropertyOfLabelsImagesAndButtonsIsNoted) {
   EXPECT_THAT(changesAfter([&] { label->setTextAlignment(NSTextAlignment::Right); }), ElementsAre(label));
   EXPECT_THAT(changesAfter([&] { picture->setImage(image); }), ElementsAre(picture));
   EXPECT_THAT(changesAfter([&] { button->setTitle_forState("title", normal); }), ElementsAre(button));
-  EXPECT_THAT(changesAfter([&] { button->setTitleColor_forState(UIColor::grayColor(), normal); }), ElementsAre(button));
+  EXPECT_THAT(changesAfter([&] { button->setTitleColor_forState(UIColor::grayColor(), normal); }),
+              ElementsAre(button));
   EXPECT_THAT(changesAfter([&] { button->setImage_forState(image, normal); }), ElementsAre(button));
   EXPECT_THAT(changesAfter([&] { button->setBackgroundImage_forState(image, normal); }), ElementsAre(button));
 }

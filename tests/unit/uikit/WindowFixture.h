@@ -17,7 +17,6 @@
 
 #include <functional>
 #include <memory>
-#include <set>
 
 /// A screen that prints what happens to it, each line beginning with its name: the class of its scene ("Root",
 /// "Sheet", "Full"), or the name that it was made with.
@@ -64,7 +63,9 @@ class NotedScreen : public UIViewController, public UITableViewDataSource, publi
   std::function<void(const UIStoryboardSegue&)> preparing;
 
  private:
-  void note(const std::string& what, bool animated) const { print(name + " " + what + (animated ? " animated" : "")); }
+  void note(const std::string& what, bool animated) const {
+    print(name + " " + what + (animated ? " animated" : ""));
+  }
 };
 
 class NotedDelegate final : public NSObject, public UIApplicationDelegate {

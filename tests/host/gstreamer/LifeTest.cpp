@@ -1,0 +1,138 @@
+#include "tests/host/gstreamer/Stage.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include <gst/video/gstvideodecoder.h>
+
+namespace gstreamer {
+
+namespace {
+
+std::string film() {
+  return clips::film("engine-film.mp4", 320, 180, 6.0, 440, 2);
+}
+
+long entriesOf(const char* folder) {
+  long entries = 0;
+  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder)) ++entries;
+  return entries;
+}
+
+long threads() {
+  return entriesOf("/proc/self/task");
+}
+long descriptors() {
+  return entriesOf("/proc/self/fd");
+}
+
+void loadAndClose(Stage& stage, bool letItPlay) {
+  auto sound = stage.sound(film());
+  auto picture = stage.picture(film());
+  sound->prepare();
+  sound->setPan(-1.0);
+  sound->play();
+  picture->play();
+  stage.engine().commit();
+  if (letItPlay) stage.until([&] { return picture->position() > 0.05; });
+  sound->stop();
+  picture->pause();
+}
+
+// A decoder that takes H.264 like one made of hardware, better than any other, and fails at the first picture.
+
+struct BrokenDecoder {
+  GstVideoDecoder parent;
+};
+struct BrokenDecoderClass {
+  GstVideoDecoderClass parent;
+};
+
+gboolean acceptFormat(GstVideoDecoder*, GstVideoCodecState*) {
+  return TRUE;
+}
+
+GstFlowReturn failToDecode(GstVideoDecoder* decoder, GstVideoCodecFrame* frame) {
+  gst_video_codec_frame_unref(frame);
+  GST_ELEMENT_ERROR(decoder, STREAM, DECODE, ("the chip is not there"), (nullptr));
+  return GST_FLOW_ERROR;
+}
+
+void initialiseClass(gpointer type, gpointer) {
+  gst_element_class_set_static_metadata(GST_ELEMENT_CLASS(type), "Broken decoder", "Codec/Decoder/Video/Hardware",
+                                        "Fails at the first picture", "Quillop");
+  const Caps in(gst_caps_from_string("video/x-h264, stream-format=avc, alignment=au"));
+  const Caps out(gst_caps_from_string("video/x-raw, format=I420"));
+  gst_element_class_add_pad_template(GST_ELEMENT_CLASS(type),
+                                     gst_pad_template_new("sink", GST_PAD_SINK, GST_PAD_ALWAYS, in.get()));
+  gst_element_class_add_pad_template(GST_ELEMENT_CLASS(type),
+                                     gst_pad_template_new("src", GST_PAD_SRC, GST_PAD_ALWAYS, out.get()));
+  auto* decoder = GST_VIDEO_DECODER_CLASS(type);
+  decoder->set_format = acceptFormat;
+  decoder->handle_frame = failToDecode;
+}
+
+void installBrokenDecoder() {
+  gst_init(nullptr, nullptr);
+  const GType type =
+      g_type_register_static_simple(GST_TYPE_VIDEO_DECODER, "QuillopBrokenDecoder", sizeof(BrokenDecoderClass),
+                                    initialiseClass, sizeof(BrokenDecoder), nullptr, static_cast<GTypeFlags>(0));
+  gst_element_register(nullptr, "quillopbrokendecoder", GST_RANK_PRIMARY + 1000, type);
+}
+
+void removeBrokenDecoder() {
+  GstPluginFeature* feature = gst_registry_lookup_feature(gst_registry_get(), "quillopbrokendecoder");
+  gst_plugin_feature_set_rank(feature, GST_RANK_NONE);
+  gst_object_unref(feature);
+}
+
+}  // namespace
+
+TEST(Life, FiftyFilmsLeaveNoThreadAndNoDescriptorBehind) {
+  Stage stage;
+  for (int i = 0; i < 3; ++i) loadAndClose(stage, true);
+  // Threads that GStreamer keeps for the next task leave by themselves after a while.
+  stage.loop().runFor(1.0);
+  const long threadsBefore = threads(), descriptorsBefore = descriptors();
+  for (int i = 0; i < 50; ++i) loadAndClose(stage, i % 5 == 0);
+  EXPECT_TRUE(stage.until([&] { return threads() <= threadsBefore && descriptors() <= descriptorsBefore; }))
+      << threads() << " threads, were " << threadsBefore << "; " << descriptors() << " descriptors, were "
+      << descriptorsBefore;
+}
+
+TEST(Life, TheEngineEndsWhileFilmsPlay) {
+  for (const double after : {0.0, 0.02, 0.3}) {
+    Stage stage;
+    auto sound = stage.sound(film());
+    auto picture = stage.picture(film());
+    sound->play();
+    picture->play();
+    stage.engine().commit();
+    stage.loop().runFor(after);
+    stage.closeEngine();
+    EXPECT_EQ(stage.recording().openDevices(), 0);
+    // What is left of the players is harmless.
+    picture->seek(1.0);
+    EXPECT_EQ(picture->position(), 1.0);
+  }
+}
+
+TEST(Life, AHardwareDecoderThatFailsIsReplacedBySoftware) {
+  installBrokenDecoder();
+  {
+    Stage stage;
+    Heard heard;
+    auto picture = stage.picture(film(), heard);
+    picture->play();
+    stage.engine().commit();
+    EXPECT_TRUE(stage.until([&] { return picture->pictures()->counts().shown > 5; }));
+    EXPECT_EQ(stage.elements().count("quillopbrokendecoder"), 1U);
+    EXPECT_EQ(stage.elements().count("avdec_h264"), 1U);
+    EXPECT_EQ(heard.failed, 0);
+  }
+  removeBrokenDecoder();
+}
+
+}  // namespace gstreamer

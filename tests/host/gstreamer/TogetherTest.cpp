@@ -1,0 +1,228 @@
+#include "tests/host/gstreamer/Stage.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace gstreamer {
+
+namespace {
+
+constexpr double tolerance = 0.001;
+
+std::string film() {
+  return clips::film("engine-film.mp4", 320, 180, 6.0, 440, 2);
+}
+
+/// The two players of one film, as an app makes them.
+struct Film {
+  Film(Stage& stage, const std::string& path) : sound(stage.sound(path)), picture(stage.picture(path)) {}
+
+  void play() { sound->play(), picture->play(); }
+  void pause() { sound->pause(), picture->pause(); }
+  void seek(double seconds) { picture->seek(seconds), sound->seek(seconds); }
+  double apart() const { return std::fabs(sound->position() - picture->position()); }
+
+  std::unique_ptr<host::SoundPlayer> sound;
+  std::unique_ptr<host::PicturePlayer> picture;
+};
+
+bool runs(Stage& stage, const Film& film) {
+  const double sound = film.sound->position(), picture = film.picture->position();
+  return stage.until(
+      [&] { return film.sound->position() > sound + 0.2 && film.picture->position() > picture + 0.2; });
+}
+
+/// What goes into the device is what the player says that it plays.
+void expectHeardWhereItIs(Stage& stage, const Film& film) {
+  stage.recording().clear();
+  ASSERT_TRUE(stage.until([&] { return stage.recording().playingAt(now()) >= 0.0; }));
+  EXPECT_NEAR(stage.recording().playingAt(now()), film.sound->position(), tolerance);
+}
+
+/// A sound server that lets programs connect and then says nothing any more.
+class DeafServer {
+ public:
+  DeafServer() : path_("/tmp/quillop-deaf-" + std::to_string(getpid())), socket_(socket(AF_UNIX, SOCK_STREAM, 0)) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path_.copy(address.sun_path, sizeof address.sun_path - 1);
+    unlink(path_.c_str());
+    const void* generic = &address;
+    listens_ = bind(socket_, static_cast<const sockaddr*>(generic), sizeof address) == 0 && listen(socket_, 8) == 0;
+  }
+  ~DeafServer() { hangUp(); }
+  DeafServer(const DeafServer&) = delete;
+  DeafServer& operator=(const DeafServer&) = delete;
+
+  bool listens() const { return listens_; }
+  std::string address() const { return "unix:" + path_; }
+  void hangUp() {
+    if (socket_ >= 0) close(socket_);
+    socket_ = -1;
+    unlink(path_.c_str());
+  }
+
+ private:
+  std::string path_;
+  int socket_;
+  bool listens_ = false;
+};
+
+}  // namespace
+
+TEST(Together, SoundAndPictureStartOnOneInstant) {
+  Stage stage;
+  Film film(stage, gstreamer::film());
+  film.play();
+  stage.engine().commit();
+  ASSERT_TRUE(runs(stage, film));
+  EXPECT_LT(film.apart(), tolerance);
+  expectHeardWhereItIs(stage, film);
+}
+
+TEST(Together, TheyStayTogetherOverPauses) {
+  Stage stage;
+  Film film(stage, gstreamer::film());
+  film.play();
+  stage.engine().commit();
+  for (int i = 0; i < 3; ++i) {
+    ASSERT_TRUE(runs(stage, film));
+    film.pause();
+    EXPECT_EQ(film.apart(), 0.0);
+    stage.engine().commit();
+    stage.loop().runFor(0.1);
+    EXPECT_EQ(film.apart(), 0.0);
+    film.play();
+    stage.engine().commit();
+    ASSERT_TRUE(runs(stage, film));
+    EXPECT_LT(film.apart(), tolerance);
+    expectHeardWhereItIs(stage, film);
+  }
+}
+
+TEST(Together, TheyStayTogetherOverSeeks) {
+  Stage stage;
+  Film film(stage, gstreamer::film());
+  film.play();
+  stage.engine().commit();
+  ASSERT_TRUE(runs(stage, film));
+  for (const double target : {4.0, 1.0, 2.5}) {
+    film.seek(target);
+    EXPECT_EQ(film.apart(), 0.0);
+    stage.engine().commit();
+    ASSERT_TRUE(runs(stage, film));
+    EXPECT_LT(film.apart(), tolerance);
+    expectHeardWhereItIs(stage, film);
+    stage.loop().runFor(0.1);
+  }
+}
+
+TEST(Together, TheyStayTogetherAfterAFingerMovedOverTheFilm) {
+  Stage stage;
+  Film film(stage, gstreamer::film());
+  film.play();
+  stage.engine().commit();
+  ASSERT_TRUE(runs(stage, film));
+  for (int i = 0; i < 15; ++i) {
+    film.seek(4.0 - 0.2 * i);
+    stage.engine().commit();
+    stage.loop().runFor(0.02);
+  }
+  ASSERT_TRUE(runs(stage, film));
+  EXPECT_LT(film.apart(), tolerance);
+  expectHeardWhereItIs(stage, film);
+}
+
+TEST(Together, ThePictureShowsWhatThePositionSays) {
+  const std::string path =
+      clips::clip("engine-brightening.mp4",
+                  {"-f", "lavfi", "-i", "color=black:size=64x64:rate=30:duration=3,geq=lum='16+2*N':cb=128:cr=128",
+                   "-c:v", "libx264", "-crf", "1", "-g", "45", "-pix_fmt", "yuv420p"});
+  Stage stage;
+  auto picture = stage.picture(path);
+  picture->play();
+  stage.engine().commit();
+  ASSERT_TRUE(stage.until([&] { return picture->position() > 1.0; }));
+  const auto shown = picture->pictures()->newest();
+  const double position = picture->position();
+  const double frame = colourAt(*shown, shown->width / 2, shown->height / 2).green * 219.0 / 255.0 / 2.0;
+  // Ten frames: a busy machine may hold a picture up, but a base time that is wrong would be further out.
+  EXPECT_NEAR(frame / 30.0, position, 10.0 / 30.0);
+}
+
+TEST(Together, BothAreAtTheEndTogether) {
+  Stage stage;
+  Heard sound, picture;
+  const std::string path = clips::film("engine-brief.mp4", 320, 180, 1.0, 440, 2);
+  auto soundPlayer = stage.sound(path, sound);
+  auto picturePlayer = stage.picture(path, picture);
+  soundPlayer->play();
+  picturePlayer->play();
+  stage.engine().commit();
+  EXPECT_TRUE(stage.until([&] { return sound.ended == 1 && picture.ended == 1; }));
+  EXPECT_EQ(soundPlayer->position(), picturePlayer->position());
+}
+
+TEST(Together, TwoFilmsAreIndependent) {
+  Stage stage;
+  Film one(stage, gstreamer::film());
+  one.play();
+  stage.engine().commit();
+  ASSERT_TRUE(runs(stage, one));
+  Film two(stage, gstreamer::film());
+  two.play();
+  stage.engine().commit();
+  ASSERT_TRUE(runs(stage, two));
+  two.pause();
+  stage.engine().commit();
+  const double stands = two.picture->position();
+  ASSERT_TRUE(runs(stage, one));
+  EXPECT_EQ(two.picture->position(), stands);
+  EXPECT_LT(one.apart(), tolerance);
+}
+
+TEST(Together, ASoundServerThatIsNotThereDoesNotHoldThePictureUp) {
+  setenv("PULSE_SERVER", "unix:/nonexistent/sound-server", 1);
+  Options options;
+  options.makeSoundSink = [] { return makeSoundServerSink(); };
+  Stage stage(std::move(options));
+  Film film(stage, gstreamer::film());
+  film.play();
+  stage.engine().commit();
+  EXPECT_TRUE(runs(stage, film));
+  EXPECT_LT(film.apart(), tolerance);
+  EXPECT_TRUE(stage.until([&] { return film.picture->pictures()->counts().shown > 5; }));
+}
+
+TEST(Together, ASoundServerThatHangsDoesNotHoldThePictureUpNorTheEnd) {
+  DeafServer server;
+  ASSERT_TRUE(server.listens());
+  setenv("PULSE_SERVER", server.address().c_str(), 1);
+  Options options;
+  options.makeSoundSink = [] { return makeSoundServerSink(); };
+  options.closingPatience = 0.2;
+  Stage stage(std::move(options));
+  {
+    Film film(stage, gstreamer::film());
+    film.play();
+    stage.engine().commit();
+    EXPECT_TRUE(runs(stage, film));
+    EXPECT_LT(film.apart(), tolerance);
+    EXPECT_TRUE(stage.until([&] { return film.picture->pictures()->counts().shown > 5; }));
+    film.pause();
+    stage.engine().commit();
+    stage.loop().runFor(0.1);
+    EXPECT_EQ(film.apart(), 0.0);
+  }
+  // Returns although the sound's thread is stuck in the sound server's library.
+  stage.closeEngine();
+  server.hangUp();
+}
+
+}  // namespace gstreamer

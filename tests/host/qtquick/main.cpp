@@ -1,0 +1,15 @@
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QGuiApplication>
+
+int main(int argumentCount, char* arguments[]) {
+  // No display is needed, and no animation is waited for.
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  qputenv("QT_QUICK_BACKEND", "software");
+  qputenv("QUILLOP_REDUCE_MOTION", "1");
+  testing::InitGoogleTest(&argumentCount, arguments);
+  const QGuiApplication application(argumentCount, arguments);
+  QAccessible::setActive(true);
+  return RUN_ALL_TESTS();
+}
