@@ -22,6 +22,12 @@ void UIView::setFrame(CGRect frame) {
   if (resized) setNeedsLayout();
 }
 
+void UIView::setScale(double scale) {
+  if (scale == scale_) return;
+  scale_ = scale;
+  changed();
+}
+
 CGPoint UIView::center() const {
   const CGRect rect = frame();
   return {rect.origin.x + rect.size.width / 2, rect.origin.y + rect.size.height / 2};
@@ -105,7 +111,8 @@ Strong<UIView> UIView::hitTest(CGPoint point) {
   if (hidden_ || !bounds().contains(point)) return nullptr;
   for (auto each = subviews_.rbegin(); each != subviews_.rend(); ++each) {
     const CGPoint origin = (*each)->frame().origin;
-    if (auto found = (*each)->hitTest({point.x - origin.x, point.y - origin.y})) return found;
+    const double scale = (*each)->scale();
+    if (auto found = (*each)->hitTest({(point.x - origin.x) / scale, (point.y - origin.y) / scale})) return found;
   }
   return strongReference(this);
 }

@@ -24,7 +24,11 @@ class UIView : public UIResponder {
   CGRect frame() const { return layer_->frame(); }
   void setFrame(CGRect frame);
   /// In its own coordinates.
-  CGRect bounds() const { return {{0, 0}, frame().size}; }
+  CGRect bounds() const { return {{0, 0}, {frame().size.width / scale_, frame().size.height / scale_}}; }
+  /// How many points of the superview one point of this view's own coordinates takes; 1 unless set. The frame is not
+  /// changed by it.
+  double scale() const { return scale_; }
+  void setScale(double scale);
   CGPoint center() const;
   void setCenter(CGPoint center);
 
@@ -94,6 +98,7 @@ class UIView : public UIResponder {
   std::optional<LayoutRule> layoutRule_;
   Weak<UIViewController> viewController_;
   std::string accessibilityLabel_;
+  double scale_ = 1;
   long tag_ = 0;
   UIViewContentMode contentMode_ = UIViewContentMode::ScaleToFill;
   bool hidden_ = false;

@@ -20,7 +20,11 @@ const Strong<UIView>& UIViewController::view() {
 void UIViewController::loadView() {
   const auto window = UIApplication::sharedApplication()->keyWindow();
   view_ = make<UIView>(window ? window->frameForScreen(*this) : CGRectZero);
-  if (storyboard_) storyboard_->buildView(scene_, *this);
+  if (storyboard_) {
+    storyboard_->buildView(scene_, *this);
+  } else {
+    builtSize_ = view_->frame().size;
+  }
   view_->layoutIfNeeded();
   view_->viewController_ = weakReference(this);  // only now: no layout is reported before viewDidLoad
   viewDidLoad();

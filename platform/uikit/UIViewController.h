@@ -91,6 +91,7 @@ class UIViewController : public UIResponder {
   Strong<UIStoryboard> storyboard_;
   std::string scene_;
   Strong<UIView> view_;
+  std::optional<CGSize> builtSize_;  // of a view built by code
   Strong<UIViewController> presented_;
   Weak<UIViewController> presenting_;
   std::vector<FilmControls> films_;

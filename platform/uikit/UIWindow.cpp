@@ -45,7 +45,7 @@ void UIWindow::setSize(CGSize size) {
   for (const auto& screen : screens) {
     if (!screen || !screen->isViewLoaded()) continue;
     if (differs) screen->willTransitionToTraitCollection_withTransitionCoordinator(traits_, coordinator);
-    screen->view()->setFrame(frameForScreen(*screen));
+    place(*screen);
   }
 }
 
@@ -58,6 +58,21 @@ CGRect UIWindow::frameForScreen(const UIViewController& controller) const {
   const double width = std::min(window.width - 2 * sheetMargin, sheetWidth);
   const double height = std::min(window.height - 2 * sheetMargin, sheetHeight);
   return {{std::round((window.width - width) / 2), std::round((window.height - height) / 2)}, {width, height}};
+}
+
+void UIWindow::place(UIViewController& screen) const {
+  UIView& view = *screen.view();
+  const CGRect room = frameForScreen(screen);
+  if (!screen.builtSize_ || screen.builtSize_->width <= 0 || screen.builtSize_->height <= 0) {
+    view.setFrame(room);
+    return;
+  }
+  const CGSize built = *screen.builtSize_;
+  const double scale = std::min(room.size.width / built.width, room.size.height / built.height);
+  const CGSize size{built.width * scale, built.height * scale};
+  view.setScale(scale);
+  view.setFrame({{room.origin.x + (room.size.width - size.width) / 2, room.origin.y + (room.size.height - size.height) / 2},
+                 size});
 }
 
 Strong<UIViewController> UIWindow::topmostViewController() const {
@@ -132,7 +147,7 @@ void UIWindow::startPresentation(const Waiting& work) {
   controller->presenting_ = presenter;
   presentations_.push_back({controller, PresentationPhase::Presenting, work.animated});
   if (!controller->isDrawnByHost()) {
-    controller->view()->setFrame(frameForScreen(*controller));
+    place(*controller);
     addSubview(controller->view());
   }
   changed();

@@ -1,4 +1,6 @@
+#include "platform/uikit/UIApplication.h"
 #include "tests/support/Stage.h"
+#include "tutorial/NFXIntroViewController.h"
 
 #include <gmock/gmock.h>
 
@@ -158,4 +160,82 @@ TEST(LifecycleDeathTest, LeavingWithAPlayingFilmButNoProgressTimerStopsTheApp) {
   stage.load(2, "b.mp4");
   stage.fields().clearProgressTimer(2);
   EXPECT_DEATH(stage.screen().viewWillDisappear(true), "a progress timer");
+}
+
+TEST(FirstRun, LogsTheTutorialAndHoldsBothKeysBeforeItIsShown) {
+  Stage stage(Stage::NotLaunched);
+  UIApplication::sharedApplication()->launch("AppDelegate");
+  stage.advance(0);
+  EXPECT_THAT(stage.takeLines(), ElementsAre("viewDidAppear", "tutorial"));
+  const host::Defaults::Value two = std::string("2");
+  EXPECT_EQ(stage.host.defaults.values.at("primoAvvio"), two);
+  EXPECT_EQ(stage.host.defaults.values.at("primoAvvio2"), two);
+  EXPECT_EQ(stage.window()->presentations().size(), 0U);
+  stage.advance(0.99);
+  EXPECT_EQ(stage.window()->presentations().size(), 0U);
+  stage.advance(0.02);
+  EXPECT_EQ(stage.window()->presentations().size(), 1U);
+}
+
+TEST(FirstRun, TutorialCoversTheScreenWithoutTheScreenAsItsDelegate) {
+  Stage stage(Stage::FirstRun);
+  stage.load(1, "a.mp4");
+  stage.takeLines();
+  stage.advance(1.5);
+  const auto pager = std::dynamic_pointer_cast<NFXIntroViewController>(stage.window()->topmostViewController());
+  ASSERT_TRUE(pager);
+  EXPECT_EQ(pager->modalPresentationStyle(), UIModalPresentationStyle::FullScreen);
+  EXPECT_EQ(pager->delegate2, nullptr);
+  EXPECT_THAT(stage.takeLines(),
+              ElementsAre("initWithViews : [<UIImage: 1tutorial.jpg>, <UIImage: 2tutorial.jpg>]", "_pgcontrol : 26.0",
+                          leaveLine));
+  EXPECT_FALSE(stage.fields().audio(1)->isPlaying());
+}
+
+TEST(FirstRun, ClosingTheTutorialBringsTheScreensAppearanceAndNothingOfThePager) {
+  Stage stage(Stage::FirstRun);
+  stage.advance(1.5);
+  const auto pager = std::dynamic_pointer_cast<NFXIntroViewController>(stage.window()->topmostViewController());
+  ASSERT_TRUE(pager);
+  stage.press(pager->_button);
+  stage.advance(1.0);
+  stage.takeLines();
+  stage.press(pager->_button);
+  stage.advance(1.0);
+  EXPECT_THAT(stage.takeLines(), ElementsAre("ButtonPushed", "numero : 1   page : 1",
+                                             "self.dismissViewControllerAnimated", "viewDidAppear"));
+  EXPECT_TRUE(stage.fields().popTip()->isVisible());
+}
+
+TEST(FirstRun, KeysAreIndependent) {
+  for (const bool hintSeen : {true, false}) {
+    Stage stage(Stage::NotLaunched);
+    stage.host.defaults.values[hintSeen ? "primoAvvio2" : "primoAvvio"] = std::string("2");
+    stage.launch();
+    stage.advance(1.5);
+    EXPECT_EQ(stage.fields().popTip()->isVisible(), !hintSeen);
+    EXPECT_EQ(stage.window()->presentations().size(), hintSeen ? 1U : 0U);
+  }
+}
+
+TEST(FirstRun, AnyObjectUnderTheTutorialsKeySuppressesIt) {
+  for (const host::Defaults::Value& value : {host::Defaults::Value(std::string()), host::Defaults::Value(0.0)}) {
+    Stage stage(Stage::NotLaunched);
+    stage.host.defaults.values["primoAvvio"] = value;
+    stage.launch();
+    stage.advance(5.0);
+    EXPECT_EQ(stage.window()->presentations().size(), 0U);
+  }
+}
+
+TEST(FirstRun, TutorialWaitsForTheListThatIsOpenAndIsNotLost) {
+  Stage stage(Stage::FirstRun);
+  stage.openList();
+  const auto list = stage.list();
+  ASSERT_TRUE(list);
+  stage.advance(3.0);
+  EXPECT_EQ(stage.list(), list);
+  stage.event([&] { list->chiudi(nullptr); });
+  stage.advance(1.0);
+  EXPECT_TRUE(std::dynamic_pointer_cast<NFXIntroViewController>(stage.window()->topmostViewController()));
 }

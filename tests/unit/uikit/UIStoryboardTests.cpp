@@ -54,7 +54,7 @@ class UIStoryboardTest : public testing::Test {
 
   simulated::Host host;
   PicturesOnly pictures;
-  Platform platform{{host.mainLoop, host.console, host.defaults, pictures, host.desktop, host.screen,
+  Platform platform{{host.mainLoop, host.console, host.defaults, pictures, host.desktop, host.mail, host.screen,
                      host.mediaEngine, host.mediaLibrary}};
 };
 
