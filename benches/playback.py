@@ -87,6 +87,7 @@ def program_figures(path, stage, films, seconds):
     with tempfile.TemporaryDirectory() as folder:
         program = Program(path, stage, home_with_window(folder, films))
         try:
+            program.allow_library()
             program.wait_for("Choose videos")
             pass_first_start(program)
             for number, title in ((1, "first"), (2, "second")):

@@ -28,6 +28,12 @@ Platform& Platform::current() {
   return *currentPlatform;
 }
 
+Strong<Wakefulness> Platform::wakefulness() {
+  auto shared = wakefulness_.lock();
+  if (!shared) wakefulness_ = shared = std::make_shared<Wakefulness>(ports_.display);
+  return shared;
+}
+
 void Platform::finishTurn() {
   if (const auto window = application_->keyWindow()) window->layoutIfNeeded();
   ports_.mediaEngine.commit();

@@ -6,6 +6,18 @@
 
 class UIApplication;
 
+/// Keeps the display lit from its beginning to its end.
+class Wakefulness final {
+ public:
+  explicit Wakefulness(host::Display& display) : display_(display) { display_.keepAwake(true); }
+  ~Wakefulness() { display_.keepAwake(false); }
+  Wakefulness(const Wakefulness&) = delete;
+  Wakefulness& operator=(const Wakefulness&) = delete;
+
+ private:
+  host::Display& display_;
+};
+
 /// One running platform: the state behind the frameworks' shared objects (the main run loop, the default
 /// notification centre, the shared application), on the ports of one host. The composition root makes one, each
 /// test its own. Main thread only.
@@ -24,6 +36,8 @@ class Platform {
   RunLoop& runLoop() { return runLoop_; }
   NSNotificationCenter& notificationCenter() { return notificationCenter_; }
   const Strong<UIApplication>& application() const { return application_; }
+  /// For as long as somebody holds one, the display stays lit.
+  Strong<Wakefulness> wakefulness();
 
   /// The end of a turn of the main loop: lays out what asked for it, and lets media commands take effect.
   void finishTurn();
@@ -33,4 +47,5 @@ class Platform {
   RunLoop runLoop_;
   NSNotificationCenter notificationCenter_;
   Strong<UIApplication> application_;
+  Weak<Wakefulness> wakefulness_;
 };

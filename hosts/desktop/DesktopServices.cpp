@@ -28,6 +28,10 @@ QString helpPageOnDisk(const QString& page) {
 
 bool DesktopServices::open(const std::string& url) {
   const QUrl address(QString::fromStdString(url));
+  if (address.scheme() == QLatin1String("app-settings")) {
+    if (openSettings_) openSettings_();
+    return openSettings_ != nullptr;
+  }
   if (address.scheme() != QLatin1String("quillop-help")) return QDesktopServices::openUrl(address);
   const QString page = helpPageOnDisk(address.path());
   return QFileInfo::exists(page) && QDesktopServices::openUrl(QUrl::fromLocalFile(page));

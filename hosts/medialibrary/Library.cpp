@@ -50,9 +50,9 @@ host::LibraryItem itemOf(Row row) {
           artworkSource(row.file->path)};
 }
 
-class FolderLibrary final : public host::MediaLibrary {
+class VideosInFolders final : public FolderLibrary {
  public:
-  FolderLibrary(host::MainLoop& mainLoop, LibraryOptions options)
+  VideosInFolders(host::MainLoop& mainLoop, LibraryOptions options)
       : mainLoop_(mainLoop),
         folders_(std::move(options.folders)),
         order_(options.locale),
@@ -66,7 +66,7 @@ class FolderLibrary final : public host::MediaLibrary {
 
   std::shared_ptr<const host::LibraryItems> items(std::uint64_t mediaType) override {
     const std::vector<VideoFile> files = videoFiles(folders_);
-    std::vector<Row> rows = rowsOf(files, mediaType);
+    std::vector<Row> rows = rowsOf(files, looks_.facts(files, longestWait), mediaType);
     std::sort(rows.begin(), rows.end(),
               [this](const Row& left, const Row& right) { return standsBefore(left, right); });
     std::vector<host::LibraryItem> items;
@@ -74,9 +74,21 @@ class FolderLibrary final : public host::MediaLibrary {
     return std::make_shared<const Items>(std::move(items));
   }
 
+  void setFolders(std::vector<std::string> folders) override { folders_ = std::move(folders); }
+
+  Contents contents(std::uint64_t mediaType) override {
+    const std::vector<Looks::Facts> facts = looks_.facts(videoFiles(folders_), 0.0);
+    Contents contents;
+    for (const Looks::Facts& each : facts) {
+      if (isItem(each, mediaType)) ++contents.items;
+      if (each == nullptr) ++contents.unknownFiles;
+    }
+    return contents;
+  }
+
  private:
-  std::vector<Row> rowsOf(const std::vector<VideoFile>& files, std::uint64_t mediaType) {
-    const std::vector<Looks::Facts> facts = looks_.facts(files, longestWait);
+  static std::vector<Row> rowsOf(const std::vector<VideoFile>& files, const std::vector<Looks::Facts>& facts,
+                                 std::uint64_t mediaType) {
     std::vector<Row> rows;
     for (std::size_t i = 0; i < files.size(); ++i) {
       if (!isItem(facts[i], mediaType)) continue;
@@ -98,9 +110,9 @@ class FolderLibrary final : public host::MediaLibrary {
 
 }  // namespace
 
-std::unique_ptr<host::MediaLibrary> makeLibrary(host::MainLoop& mainLoop, LibraryOptions options) {
+std::unique_ptr<FolderLibrary> makeLibrary(host::MainLoop& mainLoop, LibraryOptions options) {
   if (options.folders.empty()) options.folders.push_back(videosFolder());
-  return std::make_unique<FolderLibrary>(mainLoop, std::move(options));
+  return std::make_unique<VideosInFolders>(mainLoop, std::move(options));
 }
 
 }  // namespace medialibrary

@@ -3,6 +3,8 @@
 #include "platform/host/MainLoop.h"
 #include "platform/host/MediaLibrary.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -17,6 +19,21 @@ struct LibraryOptions {
   std::string locale;
 };
 
+/// A media library whose folders can be changed while it is in use.
+class FolderLibrary : public host::MediaLibrary {
+ public:
+  struct Contents {
+    std::size_t items = 0;
+    std::size_t unknownFiles = 0;  ///< not looked into yet; each may turn out to be an item
+  };
+
+  /// The library is made up of `folders` from the next query on; what was found in those that stay is not forgotten.
+  virtual void setFolders(std::vector<std::string> folders) = 0;
+  /// How much there is of `mediaType` as far as that is known. Waits for nothing; looking into what is not known yet
+  /// begins, so that asking again tells more.
+  virtual Contents contents(std::uint64_t mediaType) = 0;
+};
+
 /// The videos in folders of the user's, sub-folders included, without hidden ones.
 ///
 /// A file is an item if its name ends like a video's, and a look into it finds a duration and a picture. What a look
@@ -25,10 +42,10 @@ struct LibraryOptions {
 /// lists the folders afresh, and waits a few seconds at most for files that were not looked into yet: what is not
 /// known by then appears in the next query. One file is one item, whatever the number of its names and links.
 ///
-/// Access always counts as granted: on this system nobody is asked whether an app may read the user's own videos
-/// folder, so that nobody can refuse it either. A folder that is missing or may not be read has no items.
+/// Access always counts as granted: whether the app may read these folders is asked and decided by whoever makes the
+/// library, before it does. A folder that is missing or may not be read has no items.
 ///
 /// Main thread. Destroying it waits for the looks that are under way. `mainLoop` outlives the library.
-std::unique_ptr<host::MediaLibrary> makeLibrary(host::MainLoop& mainLoop, LibraryOptions options);
+std::unique_ptr<FolderLibrary> makeLibrary(host::MainLoop& mainLoop, LibraryOptions options);
 
 }  // namespace medialibrary

@@ -16,6 +16,18 @@ QColor ButtonNode::titleColorIn(UIControlState state) const {
   return button ? colour(button->titleColorForState(state)) : QColor(Qt::white);
 }
 
+QColor ButtonNode::colorIn(UIControlState state) const {
+  const auto button = this->button();
+  const auto picture = button ? pictureColour(button->backgroundImageForState(state)) : std::nullopt;
+  return picture.value_or(ViewNode::color());
+}
+
+bool ButtonNode::showsPress() const {
+  const auto button = this->button();
+  return button && button->backgroundImageForState(UIControlState::Highlighted) !=
+                       button->backgroundImageForState(UIControlState::Normal);
+}
+
 QUrl ButtonNode::backgroundPictureIn(UIControlState state) const {
   const auto button = this->button();
   return button ? pictureUrl(button->backgroundImageForState(state)) : QUrl();

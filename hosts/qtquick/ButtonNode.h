@@ -16,6 +16,8 @@ class ButtonNode final : public ViewNode {
   Q_PROPERTY(QColor pressedTitleColor READ pressedTitleColor NOTIFY changed)
   Q_PROPERTY(QUrl picture READ picture NOTIFY changed)
   Q_PROPERTY(QSizeF pictureSize READ pictureSize NOTIFY changed)
+  Q_PROPERTY(QColor pressedColor READ pressedColor NOTIFY changed)
+  Q_PROPERTY(bool showsPress READ showsPress NOTIFY changed)
   Q_PROPERTY(QUrl backgroundPicture READ backgroundPicture NOTIFY changed)
   Q_PROPERTY(QUrl pressedBackgroundPicture READ pressedBackgroundPicture NOTIFY changed)
 
@@ -29,6 +31,10 @@ class ButtonNode final : public ViewNode {
   QUrl picture() const;
   /// Points.
   QSizeF pictureSize() const;
+  QColor color() const override { return colorIn(UIControlState::Normal); }
+  QColor pressedColor() const { return colorIn(UIControlState::Highlighted); }
+  /// Whether it has a background of its own for the time in which it is pressed.
+  bool showsPress() const;
   QUrl backgroundPicture() const { return backgroundPictureIn(UIControlState::Normal); }
   QUrl pressedBackgroundPicture() const { return backgroundPictureIn(UIControlState::Highlighted); }
   QString accessibleName() const override;
@@ -39,6 +45,8 @@ class ButtonNode final : public ViewNode {
   Strong<UIButton> button() const { return viewAs<UIButton>(); }
   QString titleIn(UIControlState state) const;
   QColor titleColorIn(UIControlState state) const;
+  /// The background's: that of a picture of a single colour, else the view's own.
+  QColor colorIn(UIControlState state) const;
   QUrl backgroundPictureIn(UIControlState state) const;
 };
 

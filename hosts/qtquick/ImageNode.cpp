@@ -4,6 +4,12 @@
 
 namespace qtquick {
 
+QColor ImageNode::color() const {
+  const auto view = imageView();
+  const auto picture = view ? pictureColour(view->image()) : std::nullopt;
+  return picture.value_or(ViewNode::color());
+}
+
 QUrl ImageNode::picture() const {
   const auto view = imageView();
   return view ? pictureUrl(view->image()) : QUrl();

@@ -16,6 +16,8 @@ class ImageNode final : public ViewNode {
  public:
   ImageNode(Mirror& mirror, const Strong<UIImageView>& view) : ViewNode(mirror, view) {}
 
+  /// That of a picture of a single colour lies over the view's own.
+  QColor color() const override;
   QUrl picture() const;
   /// An `Image.fillMode` of QML.
   int fillMode() const;

@@ -24,6 +24,7 @@ void Mirror::setWindow(const Strong<UIWindow>& window) {
   screens_.clear();
   topmost_.reset();
   window_ = window;
+  if (window) window->setUserInteractionEnabled(inReach_);
 }
 
 void Mirror::pass() {
@@ -63,7 +64,7 @@ void Mirror::updateScreens(const UIWindow& window) {
 
 void Mirror::focusTopmost(const UIWindow& window) {
   const auto top = window.topmostViewController();
-  if (top == topmost_.lock() || screens_.empty() || !screens_.back()->standsFor(*top)) return;
+  if (!inReach_ || top == topmost_.lock() || screens_.empty() || !screens_.back()->standsFor(*top)) return;
   topmost_ = top;
   screens_.back()->takeFocus();
 }
@@ -72,9 +73,16 @@ bool Mirror::escape() {
   return !screens_.empty() && screens_.back()->escape();
 }
 
+void Mirror::setInReach(bool inReach) {
+  inReach_ = inReach;
+  if (const auto window = window_.lock()) window->setUserInteractionEnabled(inReach);
+  for (const auto& screen : screens_) screen->update();
+  topmost_.reset();  // the next pass gives the focus back
+}
+
 bool Mirror::isInBar(QPointF point) const {
   const auto window = window_.lock();
-  if (!window || !window->presentations().empty() || !window->rootViewController()) return false;
+  if (!inReach_ || !window || !window->presentations().empty() || !window->rootViewController()) return false;
   const auto& films = window->rootViewController()->films();
   const bool isAboveFilms = !films.empty() && std::all_of(films.begin(), films.end(), [&](const FilmControls& film) {
     return point.y() < film.view->frame().origin.y;
@@ -99,7 +107,9 @@ ViewNode* Mirror::filmOverlaidBy(const UIView& view) const {
 }
 
 bool Mirror::isSheet(const UIView& view) const {
-  return view.viewController() && view.frame().origin.y > 0 && view.superview() == window_.lock();
+  const auto controller = view.viewController();
+  const bool isScreen = controller && view.superview() == window_.lock();
+  return isScreen && !controller->coversItsPresenter() && view.frame().origin.y > 0;
 }
 
 bool Mirror::movesThings() const {

@@ -40,6 +40,10 @@ class Mirror final {
   void pass();
   /// Escape or Back: what closes the topmost screen is pressed. False where there is nothing to close.
   bool escape();
+  /// Whether anything of the app can be used: not while something that is not the app's lies over all of it. Then no
+  /// screen takes input, focus or attention, those that come meanwhile included.
+  bool isInReach() const { return inReach_; }
+  void setInReach(bool inReach);
   /// Whether `point` of the stage is in the bar above the films of the main screen, on nothing that can be used.
   bool isInBar(QPointF point) const;
 
@@ -68,6 +72,7 @@ class Mirror final {
   const host::Screen& screen_;
   Weak<UIWindow> window_;
   Weak<UIViewController> topmost_;
+  bool inReach_ = true;
   std::map<QString, std::unique_ptr<QQmlComponent>> components_;
   QHash<const UIView*, ViewNode*> nodes_;
   std::vector<std::unique_ptr<ScreenNode>> screens_;  // from the bottom to the top

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QUrl>
 
+#include <optional>
 #include <string>
 
 namespace qtquick {
@@ -15,8 +16,11 @@ namespace qtquick {
 inline constexpr const char* artworkProviderName = "artwork";
 
 /// Where QML finds the picture: a resource or any other URL as it is, the path of a library item's picture as
-/// "image://artwork/" and the path's bytes, percent-encoded. Empty for no picture.
+/// "image://artwork/" and the path's bytes, percent-encoded. Empty for no picture, and for one of a single colour.
 QUrl pictureUrl(const Strong<UIImage>& image);
+
+/// The colour of a picture that has one only ("color:#RRGGBBAA"); none for other pictures and for no picture.
+std::optional<QColor> pictureColour(const Strong<UIImage>& image);
 
 QColor colour(UIColor colour);
 

@@ -1,6 +1,7 @@
 #include "hosts/qtquick/ScreenHost.h"
 
 #include "hosts/qtquick/ArtworkProvider.h"
+#include "hosts/qtquick/Covers.h"
 #include "hosts/qtquick/Mirror.h"
 #include "hosts/qtquick/MotionSetting.h"
 #include "hosts/qtquick/Pictures.h"
@@ -40,7 +41,8 @@ class ScreenHost::Implementation {
   Implementation(ArtworkLoader artwork, WindowEvents events, const host::Screen& screen)
       : window_(std::move(events)),
         mirror_(engine_, *window_.contentItem(), screen),
-        frame_(window_.contentItem(), [this] { prepareFrame(); }) {
+        frame_(window_.contentItem(), [this] { prepareFrame(); }),
+        covers_(*window_.contentItem(), [this] { noteCovers(); }) {
     // The engine owns its image providers.
     engine_.addImageProvider(QLatin1String(artworkProviderName), new ArtworkProvider(std::move(artwork)));
     const auto resized = [this] { frame_.polish(); };
@@ -55,6 +57,7 @@ class ScreenHost::Implementation {
   StageWindow& window() { return window_; }
   const MotionSetting& motion() const { return motion_; }
   void needsFrame() { frame_.polish(); }
+  void cover(QQuickItem& item, std::function<void()> escape) { covers_.add(item, std::move(escape)); }
 
   void attach(const Strong<UIWindow>& window) {
     mirror_.setWindow(window);
@@ -75,8 +78,13 @@ class ScreenHost::Implementation {
     window->setSize(size);
   }
 
+  void noteCovers() {
+    mirror_.setInReach(covers_.isEmpty());
+    needsFrame();
+  }
+
   bool escape() {
-    if (mirror_.escape()) return true;
+    if (covers_.escape() || mirror_.escape()) return true;
     const bool leavesFullScreen = hasWindowManager() && (window_.windowStates() & Qt::WindowFullScreen);
     if (leavesFullScreen) window_.toggleFullScreen();
     return leavesFullScreen;
@@ -87,6 +95,7 @@ class ScreenHost::Implementation {
   StageWindow window_;
   Mirror mirror_;
   FrameWork frame_;
+  Covers covers_;
 };
 
 ScreenHost::ScreenHost(ArtworkLoader artwork, WindowEvents events)
@@ -108,6 +117,10 @@ void ScreenHost::show() {
 
 void ScreenHost::attach(const Strong<UIWindow>& window) {
   implementation_->attach(window);
+}
+
+void ScreenHost::cover(QQuickItem& item, std::function<void()> escape) {
+  implementation_->cover(item, std::move(escape));
 }
 
 void ScreenHost::needsFrame() {

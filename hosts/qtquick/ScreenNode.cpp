@@ -6,6 +6,7 @@
 #include "hosts/qtquick/ViewNode.h"
 #include "platform/foundation/RunLoop.h"
 #include "platform/uikit/UIAlertController.h"
+#include "platform/uikit/UIPageControl.h"
 #include "platform/uikit/UITableView.h"
 
 #include <algorithm>
@@ -77,7 +78,9 @@ void ScreenNode::focusFirstView() {
   const auto controller = controller_.lock();
   if (!controller) return;
   const auto isTable = [](const auto& view) { return std::dynamic_pointer_cast<UITableView>(view) != nullptr; };
-  const auto isControl = [](const auto& view) { return std::dynamic_pointer_cast<UIControl>(view) != nullptr; };
+  const auto isControl = [](const auto& view) {
+    return std::dynamic_pointer_cast<UIControl>(view) && !std::dynamic_pointer_cast<UIPageControl>(view);
+  };
   auto first = firstView(controller->view(), isTable);
   if (!first) first = firstView(controller->view(), isControl);
   auto* const node = first ? mirror().nodeOf(*first) : nullptr;
@@ -112,7 +115,7 @@ const Presentation* ScreenNode::presentation() const {
 
 bool ScreenNode::isActive() const {
   const auto window = mirror().window();
-  return window && window->topmostViewController() == controller_.lock();
+  return mirror().isInReach() && window && window->topmostViewController() == controller_.lock();
 }
 
 bool ScreenNode::isCovered() const {
@@ -134,6 +137,11 @@ bool ScreenNode::isPresent() const {
 bool ScreenNode::dims() const {
   const auto controller = controller_.lock();
   return presentation() != nullptr && controller && !controller->coversItsPresenter();
+}
+
+bool ScreenNode::fills() const {
+  const auto controller = controller_.lock();
+  return presentation() != nullptr && controller && controller->coversItsPresenter();
 }
 
 bool ScreenNode::slides() const {

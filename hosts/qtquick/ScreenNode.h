@@ -19,6 +19,7 @@ class ScreenNode final : public Node {
   Q_PROPERTY(bool covered READ isCovered NOTIFY changed)
   Q_PROPERTY(bool present READ isPresent NOTIFY changed)
   Q_PROPERTY(bool dims READ dims NOTIFY changed)
+  Q_PROPERTY(bool fills READ fills NOTIFY changed)
   Q_PROPERTY(bool slides READ slides NOTIFY changed)
   Q_PROPERTY(bool moves READ moves NOTIFY changed)
   Q_PROPERTY(int duration READ duration CONSTANT)
@@ -39,13 +40,15 @@ class ScreenNode final : public Node {
   /// Presses what closes the screen; false where nothing does.
   bool escape();
 
-  /// Whether it is the topmost screen: only that one takes input, focus and attention.
+  /// Whether it is the topmost screen and in reach: only that one takes input, focus and attention.
   bool isActive() const;
   /// Whether another screen hides it altogether.
   bool isCovered() const;
   /// Whether it is there to stay: neither about to come nor on its way out.
   bool isPresent() const;
   bool dims() const;
+  /// Whether it hides the screens beneath, also where its own view leaves some of the window free.
+  bool fills() const;
   bool slides() const;
   bool moves() const;
   /// Of a presentation or dismissal, in milliseconds.

@@ -6,7 +6,9 @@
 #include "hosts/qtquick/LabelNode.h"
 #include "hosts/qtquick/LayerNode.h"
 #include "hosts/qtquick/Mirror.h"
+#include "hosts/qtquick/PageControlNode.h"
 #include "hosts/qtquick/Pictures.h"
+#include "hosts/qtquick/ScrollNode.h"
 #include "hosts/qtquick/SliderNode.h"
 #include "hosts/qtquick/TableNode.h"
 #include "platform/foundation/RunLoop.h"
@@ -47,6 +49,8 @@ Kind kindOf(Mirror& mirror, const Strong<UIView>& view) {
                          makeFor<UILabel, LabelNode>(mirror, view, "Label", kind) ||
                          makeFor<UIImageView, ImageNode>(mirror, view, "ImageView", kind) ||
                          makeFor<UITableView, TableNode>(mirror, view, "TableView", kind) ||
+                         makeFor<UIScrollView, ScrollNode>(mirror, view, "ScrollView", kind) ||
+                         makeFor<UIPageControl, PageControlNode>(mirror, view, "PageControl", kind) ||
                          makeFor<PopTip, BalloonNode>(mirror, view, "Balloon", kind);
   if (isSpecial) return kind;
   // A view that has a name is one that people use: it can be reached, pressed and named.
@@ -54,11 +58,17 @@ Kind kindOf(Mirror& mirror, const Strong<UIView>& view) {
   return {std::make_unique<PlainViewNode>(mirror, view), component};
 }
 
+/// Where the item lies and how big it is before it is scaled.
+CGRect unscaled(const UIView& view) {
+  return {view.frame().origin, view.bounds().size};
+}
+
 }  // namespace
 
 std::unique_ptr<ViewNode> ViewNode::make(Mirror& mirror, const Strong<UIView>& view, QQuickItem& parent) {
   Kind kind = kindOf(mirror, view);
-  kind.node->makeItem(QString::fromLatin1(kind.component), parent, view->frame());
+  kind.node->makeItem(QString::fromLatin1(kind.component), parent, unscaled(*view));
+  kind.node->item().setTransformOrigin(QQuickItem::TopLeft);
   kind.node->update();
   return std::move(kind.node);
 }
@@ -75,10 +85,20 @@ ViewNode::~ViewNode() {
 void ViewNode::update() {
   const auto view = this->view();
   if (!view) return;
-  place(view->frame());
+  place(unscaled(*view));
+  const bool isScaledAnew = item().scale() != view->scale();
+  item().setScale(view->scale());
   if (view->isHidden()) leaveFocusToFilm(*view);
   emit changed();
   updateChildren(*view);
+  if (isScaledAnew) readAgain();
+}
+
+void ViewNode::readAgain() {
+  emit changed();
+  for (const auto& child : children_) {
+    if (auto* const node = dynamic_cast<ViewNode*>(child.node.get())) node->readAgain();
+  }
 }
 
 void ViewNode::updateChildren(const UIView& view) {
@@ -100,8 +120,8 @@ void ViewNode::updateChildren(const UIView& view) {
 }
 
 std::unique_ptr<Node> ViewNode::makeChild(const Strong<CALayer>& layer) {
-  if (layer->view() != nullptr) return ViewNode::make(mirror(), strongReference(layer->view()), item());
-  return LayerNode::make(mirror(), layer, item());
+  if (layer->view() != nullptr) return ViewNode::make(mirror(), strongReference(layer->view()), inside());
+  return LayerNode::make(mirror(), layer, inside());
 }
 
 void ViewNode::leaveFocusToFilm(const UIView& view) const {
@@ -125,12 +145,21 @@ qreal ViewNode::cornerRadius() const {
 
 qreal ViewNode::borderWidth() const {
   const auto view = this->view();
-  return view ? view->layer()->borderWidth() : 0;
+  const double width = view ? view->layer()->borderWidth() : 0;
+  // Of a line that is narrower than a pixel some edges would be missing.
+  const double ratio = item().window() == nullptr ? 1 : item().window()->effectiveDevicePixelRatio();
+  return width > 0 ? std::max(width, 1 / (ratio * scaleOnScreen())) : 0;
 }
 
 QColor ViewNode::borderColor() const {
   const auto view = this->view();
   return view ? colour(view->layer()->borderColor()) : QColor(Qt::transparent);
+}
+
+double ViewNode::scaleOnScreen() const {
+  double scale = 1;
+  for (auto view = this->view(); view; view = view->superview()) scale *= view->scale();
+  return scale;
 }
 
 bool ViewNode::clips() const {

@@ -30,7 +30,7 @@ class ViewNode : public Node {
   void update() override;
   bool standsFor(const CALayer& layer) const { return layer_.lock().get() == &layer; }
 
-  QColor color() const;
+  virtual QColor color() const;
   qreal cornerRadius() const;
   qreal borderWidth() const;
   QColor borderColor() const;
@@ -42,6 +42,8 @@ class ViewNode : public Node {
   bool isTappable() const;
   virtual QString accessibleName() const;
 
+  /// How many points of the window one of the view's own takes.
+  Q_INVOKABLE double scaleOnScreen() const;
   /// A tap that has no place.
   Q_INVOKABLE void tap() const;
   Q_INVOKABLE void tapAt(QPointF point) const;
@@ -55,6 +57,8 @@ class ViewNode : public Node {
     return std::static_pointer_cast<View>(view_.lock());
   }
   Strong<UIView> view() const { return view_.lock(); }
+  /// The item in which the items of the view's layers lie.
+  virtual QQuickItem& inside() const { return item(); }
 
  private:
   friend class Mirror;
@@ -65,6 +69,8 @@ class ViewNode : public Node {
   };
 
   void updateChildren(const UIView& view);
+  /// For the items of this view and of all below it, which look otherwise at another scale.
+  void readAgain();
   std::unique_ptr<Node> makeChild(const Strong<CALayer>& layer);
   void leaveFocusToFilm(const UIView& view) const;
 

@@ -44,16 +44,19 @@ std::vector<int> AVPlayer::silencedTracks() const {
 }
 
 void AVPlayer::didReachEnd() {
+  wakefulness_ = nullptr;
   if (actionAtItemEnd_ == AVPlayerActionAtItemEnd::Pause) pause();
   NSNotificationCenter::defaultCenter().postNotificationName_object(AVPlayerItemDidPlayToEndTimeNotification,
                                                                     currentItem_);
 }
 
 void AVPlayer::play() {
+  wakefulness_ = Platform::current().wakefulness();
   engine_->play();
 }
 
 void AVPlayer::pause() {
+  wakefulness_ = nullptr;
   engine_->pause();
 }
 

@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+class Wakefulness;
+
 /// Posted by an item when it was played to its end.
 inline constexpr const char* AVPlayerItemDidPlayToEndTimeNotification = "AVPlayerItemDidPlayToEndTimeNotification";
 
@@ -45,6 +47,7 @@ class AVPlayer final : public NSObject {
   AVPlayerActionAtItemEnd actionAtItemEnd() const { return actionAtItemEnd_; }
   void setActionAtItemEnd(AVPlayerActionAtItemEnd action) { actionAtItemEnd_ = action; }
 
+  /// From here until `pause`, the end of the item, its failure or the player's release the display stays lit.
   void play();
   void pause();
   void seekToTime(CMTime time);
@@ -61,5 +64,6 @@ class AVPlayer final : public NSObject {
 
   Strong<AVPlayerItem> currentItem_;
   std::unique_ptr<host::PicturePlayer> engine_;
+  Strong<Wakefulness> wakefulness_;  ///< held while playing
   AVPlayerActionAtItemEnd actionAtItemEnd_ = AVPlayerActionAtItemEnd::Pause;
 };

@@ -18,6 +18,7 @@ struct Ports {
   Resources& resources;
   Desktop& desktop;
   Mail& mail;
+  Display& display;
   Screen& screen;
   MediaEngine& mediaEngine;
   MediaLibrary& mediaLibrary;

@@ -52,4 +52,13 @@ class Desktop {
   virtual bool open(const std::string& url) = 0;
 };
 
+/// The device's display. Main thread.
+class Display {
+ public:
+  virtual ~Display() = default;
+  /// Whether the display is to stay lit while nobody touches it. Told at each change only; at first it is not. Never
+  /// waits, and does nothing where the desktop cannot be asked.
+  virtual void keepAwake(bool awake) = 0;
+};
+
 }  // namespace host

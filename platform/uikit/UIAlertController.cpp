@@ -7,7 +7,8 @@
 
 void UIAlertController::pressAction(std::size_t index) {
   const auto window = UIApplication::sharedApplication()->keyWindow();
-  if (!window || !window->isTopmostAtRest(*this) || index >= actions_.size()) return;
+  if (!window || !window->isUserInteractionEnabled() || !window->isTopmostAtRest(*this)) return;
+  if (index >= actions_.size()) return;
   const auto action = actions_[index];
   dismissViewControllerAnimated_completion(true, [action] {
     if (action->handler_) action->handler_(action);

@@ -47,7 +47,7 @@ class UIAlertController final : public UIViewController {
   UIAlertControllerStyle preferredStyle() const { return style_; }
 
   /// The user pressed the button at that place: the alert is dismissed, then the button's handler runs. Nothing
-  /// happens while the alert is not the topmost screen at rest.
+  /// happens while the alert is not the topmost screen at rest, or the window takes no input.
   void pressAction(std::size_t index);
   /// Escape or Back: the cancel button, else the only one, else the first.
   void pressCancel();

@@ -22,9 +22,8 @@ double eased(double part) {
 
 }  // namespace
 
-UIScrollView::~UIScrollView() {
-  endAnimation();
-}
+// The timer ends itself: a view may outlive the run loop, when the app ends while the view is on its way.
+UIScrollView::~UIScrollView() = default;
 
 CGPoint UIScrollView::held(CGPoint offset) const {
   const CGSize visible = bounds().size;
@@ -71,9 +70,12 @@ void UIScrollView::scrollRectToVisible_animated(CGRect rect, bool animated) {
 void UIScrollView::animateTo(CGPoint target) {
   endAnimation();
   const auto step = [weak = weakReference(this), from = contentOffset_, target,
-                     start = RunLoop::main().now()](const Strong<NSTimer>&) {
+                     start = RunLoop::main().now()](const Strong<NSTimer>& timer) {
     const auto view = weak.lock();
-    if (!view) return;
+    if (!view) {
+      timer->invalidate();
+      return;
+    }
     const double part = std::min(1.0, (RunLoop::main().now() - start) / animationDuration);
     const double along = eased(part);
     if (part >= 1.0) view->endAnimation();

@@ -96,7 +96,7 @@ bool UIWindow::isTopmostAtRest(const UIViewController& controller) const {
 
 bool UIWindow::acceptsInputIn(const UIView& view) const {
   const auto top = topmostViewController();
-  return top && isTopmostAtRest(*top) && top->isViewLoaded() && top->view()->contains(view);
+  return userInteractionEnabled_ && top && isTopmostAtRest(*top) && top->isViewLoaded() && top->view()->contains(view);
 }
 
 bool UIWindow::canPresentOver(const UIViewController& presenter) const {

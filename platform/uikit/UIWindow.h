@@ -42,7 +42,11 @@ class UIWindow final : public UIView {
   Strong<UIViewController> topmostViewController() const;
   /// No presentation or dismissal is pending or running, and `controller` is the topmost screen.
   bool isTopmostAtRest(const UIViewController& controller) const;
-  /// Whether input in `view` counts: it lies in the topmost screen, at rest.
+  /// Whether anything in the window takes input; true at first. False while the host shows something over the window
+  /// that is not the app's, such as a question of the system's.
+  bool isUserInteractionEnabled() const { return userInteractionEnabled_; }
+  void setUserInteractionEnabled(bool enabled) { userInteractionEnabled_ = enabled; }
+  /// Whether input in `view` counts: it lies in the topmost screen, at rest, and the window takes input.
   bool acceptsInputIn(const UIView& view) const;
   bool canPresentOver(const UIViewController& presenter) const;
 
@@ -84,4 +88,5 @@ class UIWindow final : public UIView {
   std::vector<Waiting> waiting_;
   std::vector<Weak<UIView>> changes_;
   bool visible_ = false;
+  bool userInteractionEnabled_ = true;
 };

@@ -85,6 +85,10 @@ class Node:
         return self._property(ACCESSIBLE, "Name")
 
     @property
+    def description(self):
+        return self._property(ACCESSIBLE, "Description")
+
+    @property
     def role(self):
         return self._call(ACCESSIBLE, "GetRoleName")[0]
 

@@ -11,6 +11,7 @@ from clips import View
 from processes import NotInTime, end, marked, start, until
 
 MARK = "QUILLOP_JOURNEY"
+LIBRARY_IS_OPEN = "posso accedere alla libreria"
 
 
 class Home:
@@ -112,9 +113,10 @@ class Program:
             return self.lines[since : self.lines.index(line, since) + 1]
 
     def wait_until_ready(self):
-        """Until it has said all that a start says."""
-        for line in ("viewDidAppear", "posso accedere alla libreria"):
-            self.lines_up_to(line, 0, deadline=30.0)
+        """Until it has said all that a start says, with access to the media library."""
+        self.lines_up_to("viewDidAppear", 0, deadline=30.0)
+        self.allow_library()
+        self.lines_up_to(LIBRARY_IS_OPEN, 0, deadline=30.0)
 
     # Its window
 
@@ -160,6 +162,13 @@ class Program:
         return found[0]
 
     # What its user does
+
+    def allow_library(self):
+        """Gives it access to the media library, where it asks: it asks a new user."""
+        until(lambda: LIBRARY_IS_OPEN in self.lines or self.find("Allow"), "the question for access", 30.0)
+        if LIBRARY_IS_OPEN not in self.lines:
+            self.press("Allow")
+            self.wait_until_gone("Allow")
 
     def open_list(self):
         self.press("Choose videos")

@@ -77,6 +77,12 @@ class Mail final : public host::Mail {
   std::vector<std::function<void(bool)>> open;
 };
 
+class Display final : public host::Display {
+ public:
+  void keepAwake(bool awake) override { told.push_back(awake); }
+  std::vector<bool> told;
+};
+
 class Screen final : public host::Screen {
  public:
   void needsFrame() override { ++framesAskedFor; }
@@ -196,11 +202,14 @@ struct Host {
   Resources resources;
   Desktop desktop;
   Mail mail;
+  Display display;
   Screen screen;
   MediaEngine mediaEngine;
   MediaLibrary mediaLibrary;
 
-  host::Ports ports() { return {mainLoop, console, defaults, resources, desktop, mail, screen, mediaEngine, mediaLibrary}; }
+  host::Ports ports() {
+    return {mainLoop, console, defaults, resources, desktop, mail, display, screen, mediaEngine, mediaLibrary};
+  }
 };
 
 }  // namespace simulated

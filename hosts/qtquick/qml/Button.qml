@@ -13,6 +13,17 @@ T.AbstractButton {
     visible: node.shown
     hoverEnabled: true
 
+    // Where the whole screen is drawn smaller, a finger is not.
+    containmentMask: QtObject {
+        function contains(point: point): bool {
+            const least = 44 / button.node.scaleOnScreen()
+            const besideX = Math.max(0, (least - button.width) / 2)
+            const besideY = Math.max(0, (least - button.height) / 2)
+            return point.x >= -besideX && point.x < button.width + besideX &&
+                   point.y >= -besideY && point.y < button.height + besideY
+        }
+    }
+
     Accessible.role: Accessible.Button
     Accessible.name: node.accessibleName
     Accessible.ignored: !enabled
@@ -28,7 +39,7 @@ T.AbstractButton {
 
     background: Rectangle {
         radius: button.corner
-        color: button.node.color
+        color: button.down ? button.node.pressedColor : button.node.color
         border { width: button.node.borderWidth; color: button.node.borderColor }
 
         Image {
@@ -42,7 +53,7 @@ T.AbstractButton {
             radius: button.corner
             color: "#FFFFFF"
             opacity: button.down ? 0.2 : 0.09
-            visible: button.down || button.hovered
+            visible: button.down ? !button.node.showsPress : button.hovered
         }
     }
 

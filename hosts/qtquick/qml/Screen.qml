@@ -40,6 +40,11 @@ FocusScope {
             y: screen.node.slides ? Math.round((1 - screen.progress) * (screen.height - screen.node.sheet.y)) : 0
         }
 
+        Rectangle {
+            anchors.fill: parent
+            visible: screen.node.fills
+            color: "#000000"
+        }
         // The edge of the sheet, to be told from what is dark behind it.
         Rectangle {
             visible: screen.node.dims && screen.node.sheet.y > 0

@@ -37,6 +37,18 @@ TEST(DesktopServices, AddressIsGivenToTheBrowserAsItIs) {
   EXPECT_EQ(browser.opened[0].toEncoded(), "https://example.org/a%20b?c=d");
 }
 
+TEST(DesktopServices, SettingsAddressOpensTheSettingsPage) {
+  Browser browser;
+  int opened = 0;
+  EXPECT_TRUE(DesktopServices([&] { ++opened; }).open("app-settings:"));
+  EXPECT_EQ(opened, 1);
+  EXPECT_TRUE(browser.opened.isEmpty());
+}
+
+TEST(DesktopServices, SettingsAddressIsNotTakenWithoutASettingsPage) {
+  EXPECT_FALSE(DesktopServices().open("app-settings:"));
+}
+
 TEST(DesktopServices, HelpPageThatDoesNotExistIsNotOpened) {
   Browser browser;
   EXPECT_FALSE(DesktopServices().open("quillop-help:no-such-page"));

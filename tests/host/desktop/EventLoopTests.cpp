@@ -22,8 +22,8 @@ class EventLoopTest : public testing::Test {
  protected:
   EventLoop loop;
   simulated::Host host;
-  Platform platform{{loop, host.console, host.defaults, host.resources, host.desktop, host.mail, host.screen, host.mediaEngine,
-                     host.mediaLibrary}};
+  Platform platform{{loop, host.console, host.defaults, host.resources, host.desktop, host.mail, host.display,
+                     host.screen, host.mediaEngine, host.mediaLibrary}};
 
   static void runUntil(const bool& done) {
     const auto deadline = std::chrono::steady_clock::now() + 5s;

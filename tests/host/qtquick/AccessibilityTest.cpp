@@ -28,13 +28,13 @@ using Names = std::multiset<std::string>;
 
 TEST(Accessibility, TheMainScreenWithoutControls) {
   ScreenStage stage;
-  EXPECT_EQ(names(stage), (Names{"Choose videos", "Film 1", "Film 2"}));
+  EXPECT_EQ(names(stage), (Names{"Choose videos", "Info", "Film 1", "Film 2"}));
 }
 
 TEST(Accessibility, TheControlsOfAFilmThatPlays) {
   ScreenStage stage;
   stage.load(2);
-  EXPECT_EQ(names(stage), (Names{"Choose videos", "Film 1", "Film 2", "Pause film 2", "Close film 2",
+  EXPECT_EQ(names(stage), (Names{"Choose videos", "Info", "Film 1", "Film 2", "Pause film 2", "Close film 2",
                                  "Position in film 2", "Volume of film 2"}));
 }
 

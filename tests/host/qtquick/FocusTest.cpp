@@ -41,8 +41,8 @@ using Names = std::vector<std::string>;
 TEST_F(FocusTest, TabFollowsTheEye) {
   stage.load(1);
   stage.load(2);
-  EXPECT_EQ(namesInTabOrder(12),
-            (Names{"Choose videos", "Film 1", "Pause film 1", "Position in film 1", "Close film 1", "Volume of film 1",
+  EXPECT_EQ(namesInTabOrder(13),
+            (Names{"Choose videos", "Info", "Film 1", "Pause film 1", "Position in film 1", "Close film 1", "Volume of film 1",
                    "Film 2", "Pause film 2", "Position in film 2", "Close film 2", "Volume of film 2",
                    "Choose videos"}));
 }
@@ -50,7 +50,7 @@ TEST_F(FocusTest, TabFollowsTheEye) {
 TEST_F(FocusTest, TabPassesOverWhatIsHidden) {
   stage.load(1);
   stage.toggleOverlay(1);
-  EXPECT_EQ(namesInTabOrder(3), (Names{"Choose videos", "Film 1", "Choose videos"}));
+  EXPECT_EQ(namesInTabOrder(4), (Names{"Choose videos", "Info", "Film 1", "Choose videos"}));
 }
 
 TEST_F(FocusTest, GoesToTheFilmWhenItsControlsHide) {

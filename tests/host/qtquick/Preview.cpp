@@ -51,6 +51,12 @@ void bringInto(ScreenStage& stage, const QString& state) {
     });
   }
   if (state == "list" || state == "alert") stage.openList();
+  if (state == "info") stage.openInfo();
+  if (state == "tutorial" || state == "tutorial2") {
+    const auto pager = stage.openTutorial();
+    if (state == "tutorial2") stage.event([&] { pager->ButtonPushed(); });
+    stage.advance(1);
+  }
 }
 
 QSize sizeOf(const QString& text) {
@@ -65,7 +71,7 @@ int main(int argumentCount, char* arguments[]) {
   QCommandLineParser parser;
   parser.addHelpOption();
   parser.addOption({"size", "Size of the window.", "WIDTHxHEIGHT", "1024x640"});
-  parser.addOption({"state", "main, playing, controls, list, alert or hint.", "name", "main"});
+  parser.addOption({"state", "main, playing, controls, list, alert, hint, info, tutorial or tutorial2.", "name", "main"});
   parser.addOption({"videos", "Number of videos in the library.", "number", "30"});
   parser.addOption({"shot", "Writes a picture of the window and ends.", "file"});
   parser.addOption({"seconds", "Ends after that time and tells the processor time used.", "number", "0"});

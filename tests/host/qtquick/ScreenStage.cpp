@@ -2,6 +2,7 @@
 
 #include "app/AppDelegate.h"
 #include "platform/foundation/ClassRegistry.h"
+#include "tutorial/Tutorial.h"
 
 #include <QAccessible>
 #include <QCoreApplication>
@@ -44,7 +45,8 @@ ScreenStage::ScreenStage(Options options) : screen_(paintedArtwork, {}) {
   const bool isExposed = QTest::qWaitForWindowExposed(&window());
   Q_ASSERT(isExposed);
   platform_ = std::make_unique<Platform>(host::Ports{host_.mainLoop, host_.console, host_.defaults, host_.resources,
-                                                     host_.desktop, screen_, engine_, host_.mediaLibrary});
+                                                     host_.desktop, host_.mail, host_.display, screen_, engine_,
+                                                     host_.mediaLibrary});
   UIApplication::sharedApplication()->launch(NSStringFromClass<AppDelegate>());
   screen_.attach(platformWindow());
   settle();
@@ -98,6 +100,20 @@ Strong<ListaVideo> ScreenStage::openList() {
   event([&] { std::dynamic_pointer_cast<UIButton>(screen().view()->viewWithTag(5))->press(); });
   advance(UIWindow::transitionDuration);
   return std::dynamic_pointer_cast<ListaVideo>(platformWindow()->topmostViewController());
+}
+
+Strong<Info> ScreenStage::openInfo() {
+  event([&] { screen().info(nullptr); });
+  advance(UIWindow::transitionDuration);
+  return std::dynamic_pointer_cast<Info>(platformWindow()->topmostViewController());
+}
+
+Strong<NFXIntroViewController> ScreenStage::openTutorial() {
+  auto pager = makeTutorial();
+  pager->setModalPresentationStyle(UIModalPresentationStyle::FullScreen);
+  event([&] { screen().presentViewController_animated_completion(pager, true); });
+  advance(UIWindow::transitionDuration);
+  return pager;
 }
 
 void ScreenStage::resize(QSize size) {

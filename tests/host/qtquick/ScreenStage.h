@@ -1,12 +1,14 @@
 #pragma once
 
 #include "hosts/qtquick/ScreenHost.h"
+#include "info/Info.h"
 #include "library/ListaVideo.h"
 #include "platform/Platform.h"
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIWindow.h"
 #include "playback/ViewController.h"
 #include "tests/host/qtquick/TestPictures.h"
+#include "tutorial/NFXIntroViewController.h"
 
 #include <QPoint>
 #include <QQuickItem>
@@ -49,6 +51,10 @@ class ScreenStage final {
   void toggleOverlay(int film);
   /// Opens the list and waits for it to be there.
   Strong<ListaVideo> openList();
+  /// Opens the info screen and waits for it to be there.
+  Strong<Info> openInfo();
+  /// Opens the tutorial over the main screen and waits for it to be there.
+  Strong<NFXIntroViewController> openTutorial();
   void resize(QSize size);
 
   /// The item standing for the view, control or alert button of that accessible name, among those that can be used

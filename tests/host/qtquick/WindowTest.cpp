@@ -87,7 +87,7 @@ TEST_P(LooksAt, EveryControlIsLargeEnoughForAFingerAndInReach) {
   ScreenStage stage({.size = GetParam()});
   std::vector<Strong<UIView>> controls;
   collectControls(stage.screen().view(), controls);
-  ASSERT_EQ(controls.size(), 9U);
+  ASSERT_EQ(controls.size(), 10U);
   for (const auto& control : controls) {
     const CGRect frame = control->frame();
     EXPECT_GE(frame.size.width, 44) << control->accessibilityLabel();

@@ -136,6 +136,56 @@ TEST_F(AVPlayerTest, ReleasedItClosesAtOnce) {
   EXPECT_EQ(host.mediaEngine.player("a.mp4 video"), nullptr);
 }
 
+TEST_F(AVPlayerTest, TheDisplayStaysLitFromPlayToPause) {
+  const auto player = playerFor("a.mp4");
+  player->pause();
+  EXPECT_THAT(host.display.told, ElementsAre());
+  player->play();
+  player->play();
+  EXPECT_THAT(host.display.told, ElementsAre(true));
+  player->pause();
+  player->pause();
+  EXPECT_THAT(host.display.told, ElementsAre(true, false));
+  player->play();
+  EXPECT_THAT(host.display.told, ElementsAre(true, false, true));
+}
+
+TEST_F(AVPlayerTest, TheDisplayStaysLitForAsLongAsOneOfThemPlays) {
+  const auto first = playerFor("a.mp4");
+  const auto second = playerFor("b.mp4");
+  first->play();
+  second->play();
+  first->pause();
+  EXPECT_THAT(host.display.told, ElementsAre(true));
+  second->pause();
+  EXPECT_THAT(host.display.told, ElementsAre(true, false));
+}
+
+TEST_F(AVPlayerTest, TheDisplayMayGoDarkAtTheEndWhateverTheActionIs) {
+  for (const auto action : {AVPlayerActionAtItemEnd::Pause, AVPlayerActionAtItemEnd::None}) {
+    host.display.told.clear();
+    const auto player = playerFor("a.mp4");
+    player->setActionAtItemEnd(action);
+    player->play();
+    report(engine("a.mp4 video").events.ended);
+    EXPECT_THAT(host.display.told, ElementsAre(true, false));
+  }
+}
+
+TEST_F(AVPlayerTest, TheDisplayMayGoDarkAfterAFailure) {
+  const auto player = playerFor("a.mp4");
+  player->play();
+  report(engine("a.mp4 video").events.failed);
+  EXPECT_THAT(host.display.told, ElementsAre(true, false));
+}
+
+TEST_F(AVPlayerTest, TheDisplayMayGoDarkWhenThePlayerIsReleased) {
+  auto player = playerFor("a.mp4");
+  player->play();
+  player = nullptr;
+  EXPECT_THAT(host.display.told, ElementsAre(true, false));
+}
+
 TEST_F(AVPlayerTest, WhatTheEngineHoldsDoesNotKeepIt) {
   auto player = playerFor("a.mp4");
   const Weak<AVPlayer> weak = player;

@@ -47,7 +47,9 @@ TEST(Lifecycle, FirstRunShowsTheHintBelowTheChooseButton) {
 }
 
 TEST(Lifecycle, HintStaysUntilTheChooseButtonIsPressed) {
-  Stage stage(Stage::FirstRun);
+  Stage stage(Stage::NotLaunched);
+  stage.host.defaults.values = {{"primoAvvio", std::string("2")}};  // no tutorial in the way
+  stage.launch();
   stage.advance(3600);
   EXPECT_TRUE(stage.fields().popTip()->isVisible());
   stage.pressChoose();

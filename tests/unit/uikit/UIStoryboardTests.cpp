@@ -54,8 +54,8 @@ class UIStoryboardTest : public testing::Test {
 
   simulated::Host host;
   PicturesOnly pictures;
-  Platform platform{{host.mainLoop, host.console, host.defaults, pictures, host.desktop, host.mail, host.screen,
-                     host.mediaEngine, host.mediaLibrary}};
+  Platform platform{{host.mainLoop, host.console, host.defaults, pictures, host.desktop, host.mail, host.display,
+                     host.screen, host.mediaEngine, host.mediaLibrary}};
 };
 
 TEST_F(UIStoryboardTest, BuildsEachClassOfView) {

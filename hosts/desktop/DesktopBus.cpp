@@ -1,0 +1,142 @@
+#include "hosts/desktop/DesktopBus.h"
+
+#include "hosts/desktop/IdleInhibitor.h"
+#include "hosts/desktop/LoginSession.h"
+#include "hosts/desktop/ScreenSaverWatch.h"
+
+#include <QDBusConnection>
+#include <QFileInfo>
+#include <QSet>
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace desktop {
+
+namespace {
+
+const auto sessionName = QStringLiteral("quillop-session");
+const auto systemName = QStringLiteral("quillop-system");
+
+struct ScreenSaver {
+  const char* service;
+  const char* path;
+};
+constexpr std::array screenSavers{ScreenSaver{"org.freedesktop.ScreenSaver", "/org/freedesktop/ScreenSaver"},
+                                  ScreenSaver{"org.gnome.ScreenSaver", "/org/gnome/ScreenSaver"},
+                                  ScreenSaver{"org.cinnamon.ScreenSaver", "/org/cinnamon/ScreenSaver"},
+                                  ScreenSaver{"org.mate.ScreenSaver", "/org/mate/ScreenSaver"},
+                                  ScreenSaver{"org.xfce.ScreenSaver", "/org/xfce/ScreenSaver"}};
+
+}  // namespace
+
+/// The part in the thread.
+class DesktopBus::Services final : public QObject {
+ public:
+  using Hear = std::function<void(BackgroundReason reason, bool holds)>;
+
+  explicit Services(Hear hear) : hear_(std::move(hear)) {}
+  ~Services() override;
+
+  void connectTo(const Addresses& addresses);
+  void keepAwake(bool awake) {
+    if (inhibitor_) inhibitor_->keepAwake(awake);
+  }
+  void readyToSleep() {
+    if (login_) login_->readyToSleep();
+  }
+
+ private:
+  void useSystemBus(const QDBusConnection& bus);
+  void useSessionBus(const QDBusConnection& bus);
+  void screenSaverTold(const QString& service, bool isActive);
+
+  Hear hear_;
+  QSet<QString> activeScreenSavers_;
+  std::unique_ptr<LoginSession> login_;
+  std::vector<std::unique_ptr<ScreenSaverWatch>> screenSavers_;
+  std::optional<IdleInhibitor> inhibitor_;
+};
+
+DesktopBus::Services::~Services() {
+  inhibitor_.reset();
+  screenSavers_.clear();
+  login_.reset();
+  QDBusConnection::disconnectFromBus(sessionName);
+  QDBusConnection::disconnectFromBus(systemName);
+}
+
+void DesktopBus::Services::connectTo(const Addresses& addresses) {
+  if (!addresses.session.isEmpty()) useSessionBus(QDBusConnection::connectToBus(addresses.session, sessionName));
+  if (!addresses.system.isEmpty()) useSystemBus(QDBusConnection::connectToBus(addresses.system, systemName));
+}
+
+void DesktopBus::Services::useSystemBus(const QDBusConnection& bus) {
+  if (!bus.isConnected()) return;
+  login_ = std::make_unique<LoginSession>(bus);
+  connect(login_.get(), &LoginSession::locked, this,
+          [this](bool isLocked) { hear_(BackgroundReason::SessionLocked, isLocked); });
+  connect(login_.get(), &LoginSession::sleeping, this,
+          [this](bool isAsleep) { hear_(BackgroundReason::Asleep, isAsleep); });
+}
+
+void DesktopBus::Services::useSessionBus(const QDBusConnection& bus) {
+  if (!bus.isConnected()) return;
+  inhibitor_.emplace(bus);
+  for (const auto& [service, path] : screenSavers) {
+    const QString name = QString::fromLatin1(service);
+    const auto& watch =
+        screenSavers_.emplace_back(std::make_unique<ScreenSaverWatch>(bus, name, QString::fromLatin1(path)));
+    connect(watch.get(), &ScreenSaverWatch::active, this,
+            [this, name](bool isActive) { screenSaverTold(name, isActive); });
+  }
+}
+
+void DesktopBus::Services::screenSaverTold(const QString& service, bool isActive) {
+  if (isActive) {
+    activeScreenSavers_.insert(service);
+  } else {
+    activeScreenSavers_.remove(service);
+  }
+  hear_(BackgroundReason::ScreenSaver, !activeScreenSavers_.isEmpty());
+}
+
+DesktopBus::Addresses DesktopBus::usualAddresses() {
+  Addresses addresses{
+      qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"),
+      qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS", QStringLiteral("unix:path=/run/dbus/system_bus_socket"))};
+  const QString userBus = qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus");
+  if (addresses.session.isEmpty() && QFileInfo::exists(userBus)) addresses.session = "unix:path=" + userBus;
+  return addresses;
+}
+
+DesktopBus::DesktopBus(const Addresses& addresses, Tell tell) : tell_(std::move(tell)) {
+  services_ = new Services([this](auto reason, bool holds) {
+    QMetaObject::invokeMethod(this, [this, reason, holds] { hear(reason, holds); });
+  });
+  thread_.setObjectName(QStringLiteral("desktop-bus"));
+  services_->moveToThread(&thread_);
+  connect(&thread_, &QThread::finished, services_, &QObject::deleteLater);
+  thread_.start();
+  QMetaObject::invokeMethod(services_, [services = services_, addresses] { services->connectTo(addresses); });
+}
+
+DesktopBus::~DesktopBus() {
+  thread_.quit();
+  thread_.wait();
+}
+
+void DesktopBus::keepAwake(bool awake) {
+  QMetaObject::invokeMethod(services_, [services = services_, awake] { services->keepAwake(awake); });
+}
+
+void DesktopBus::hear(BackgroundReason reason, bool holds) {
+  tell_(reason, holds);
+  if (reason != BackgroundReason::Asleep || !holds) return;
+  QMetaObject::invokeMethod(services_, [services = services_] { services->readyToSleep(); });
+}
+
+}  // namespace desktop

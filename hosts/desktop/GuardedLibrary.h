@@ -1,0 +1,52 @@
+#pragma once
+
+#include "hosts/desktop/LibraryAccess.h"
+#include "hosts/medialibrary/Library.h"
+#include "platform/host/MainLoop.h"
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace desktop {
+
+/// The media library behind the user's permission: the folders of a `LibraryAccess`, which nobody looks into before
+/// it allows that. Main thread.
+class GuardedLibrary final : public QObject, public host::MediaLibrary {
+ public:
+  using Answer = LibraryAccess::Answer;
+  /// Asks the user and calls `answered` once, later: with no answer where the question was closed without one.
+  using Ask = std::function<void(std::function<void(std::optional<Answer>)> answered)>;
+  /// Makes the library of these folders.
+  using Open = std::function<std::unique_ptr<medialibrary::FolderLibrary>(std::vector<std::string> folders)>;
+
+  /// `mainLoop` and `access` outlive the library.
+  GuardedLibrary(host::MainLoop& mainLoop, LibraryAccess& access, Ask ask, Open open);
+
+  host::LibraryAccess access() const override { return access_.status(); }
+  /// Requests made while the question stands share its answer.
+  void requestAccess(std::function<void(host::LibraryAccess)> answer) override;
+  /// Empty without access.
+  std::shared_ptr<const host::LibraryItems> items(std::uint64_t mediaType) override;
+  /// As `medialibrary::FolderLibrary` has it; none without access.
+  std::optional<medialibrary::FolderLibrary::Contents> contents(std::uint64_t mediaType);
+
+ private:
+  void tell(std::function<void(host::LibraryAccess)> answer) const;
+  void settle(std::optional<Answer> answer);
+  /// The library where it may be read, else null.
+  medialibrary::FolderLibrary* readable();
+  void openOrClose();
+
+  host::MainLoop& mainLoop_;
+  LibraryAccess& access_;
+  Ask ask_;
+  Open open_;
+  std::vector<std::function<void(host::LibraryAccess)>> waiting_;
+  std::unique_ptr<medialibrary::FolderLibrary> library_;
+};
+
+}  // namespace desktop

@@ -1,0 +1,19 @@
+#include "hosts/desktop/Layers.h"
+
+#include <QQmlComponent>
+#include <QUrl>
+
+namespace desktop {
+
+std::unique_ptr<QQuickItem> Layers::open(const QString& name, QObject& node, std::function<void()> escape) {
+  QQmlComponent component(&engine_, QUrl(QStringLiteral("qrc:/quillop/desktop/") + name + QStringLiteral(".qml")));
+  const QVariantMap properties{{QStringLiteral("node"), QVariant::fromValue(&node)},
+                               {QStringLiteral("moves"), !screen_.reducesMotion()}};
+  std::unique_ptr<QQuickItem> item(
+      qobject_cast<QQuickItem*>(component.createWithInitialProperties(properties, engine_.rootContext())));
+  if (!item) qFatal("%s", qPrintable(component.errorString()));
+  screen_.cover(*item, std::move(escape));
+  return item;
+}
+
+}  // namespace desktop

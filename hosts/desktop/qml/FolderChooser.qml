@@ -1,0 +1,154 @@
+import QtQuick
+import QtQuick.Templates as T
+import "qrc:/quillop/screen"
+
+// Walks through the folders, to choose one.
+FocusScope {
+    id: page
+
+    required property QtObject chooser
+    signal chosen()
+    signal cancelled()
+
+    PageHead {
+        id: head
+
+        width: parent.width
+        title: "Add a folder"
+        leaveTitle: "Cancel"
+        onLeaving: page.cancelled()
+    }
+    Item {
+        id: place
+
+        anchors { left: parent.left; right: parent.right; top: head.bottom }
+        height: Math.max(60, path.implicitHeight + 16)
+
+        PageButton {
+            id: up
+
+            x: 24
+            anchors.verticalCenter: parent.verticalCenter
+            title: "Up"
+            enabled: page.chooser.hasParent
+            onClicked: page.chooser.goUp()
+        }
+        Text {
+            id: path
+
+            anchors { left: up.right; right: parent.right; verticalCenter: parent.verticalCenter }
+            anchors { leftMargin: 16; rightMargin: 24 }
+            text: page.chooser.shownPath
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+            color: "#FFFFFF"
+            font { pixelSize: 17; weight: Font.DemiBold }
+
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+            Accessible.ignored: !enabled
+        }
+    }
+    ListView {
+        id: list
+
+        anchors { left: parent.left; right: parent.right; top: place.bottom; bottom: bar.top }
+        model: page.chooser.folders
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        focus: true
+        activeFocusOnTab: true
+        keyNavigationEnabled: true
+        currentIndex: 0
+        onModelChanged: currentIndex = 0
+
+        Accessible.role: Accessible.List
+        Accessible.name: "Folders"
+        Accessible.ignored: !enabled
+
+        Keys.onPressed: event => {
+            const enters = [Qt.Key_Return, Qt.Key_Enter, Qt.Key_Space].includes(event.key)
+            const leaves = [Qt.Key_Backspace, Qt.Key_Left].includes(event.key)
+            if (event.isAutoRepeat || (!enters && !leaves))
+                return
+            if (leaves)
+                page.chooser.goUp()
+            else if (currentItem !== null)
+                currentItem.clicked()
+            event.accepted = true
+        }
+
+        delegate: T.AbstractButton {
+            id: row
+
+            required property string modelData
+
+            width: ListView.view.width
+            height: Math.max(52, label.implicitHeight + 20)
+            focusPolicy: Qt.NoFocus
+            hoverEnabled: true
+
+            Accessible.role: Accessible.Button
+            Accessible.name: modelData
+            Accessible.ignored: !enabled
+            Accessible.onPressAction: clicked()
+
+            onClicked: page.chooser.enter(modelData)
+
+            background: Rectangle {
+                color: "#FFFFFF"
+                opacity: row.down ? 0.12 : row.hovered ? 0.06 : 0
+            }
+            contentItem: Item {
+                Text {
+                    id: label
+
+                    anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter }
+                    anchors { leftMargin: 24; rightMargin: 24 }
+                    text: row.modelData
+                    textFormat: Text.PlainText
+                    wrapMode: Text.Wrap
+                    color: "#FFFFFF"
+                    font.pixelSize: 17
+                }
+            }
+
+            FocusRing {
+                visible: list.activeFocus && row.ListView.isCurrentItem
+                inset: 4
+                radius: 8
+            }
+        }
+
+        Text {
+            anchors { left: parent.left; right: parent.right; top: parent.top; margins: 24 }
+            visible: list.count === 0
+            text: "There are no folders in here."
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+            color: "#C6CED3"
+            font.pixelSize: 16
+        }
+    }
+    Item {
+        id: bar
+
+        anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
+        height: 72
+
+        Rectangle {
+            width: parent.width
+            height: 1
+            color: "#3A454C"
+        }
+        PageButton {
+            anchors.centerIn: parent
+            width: parent.width - 48
+            height: 48
+            title: "Add this folder"
+            isPreferred: true
+            enabled: page.chooser.canBeChosen
+            onClicked: page.chosen()
+        }
+    }
+}

@@ -1,0 +1,14 @@
+import QtQuick
+import "qrc:/quillop/screen"
+
+// A button as wide as its title. `subject` says what it is about where the title alone does not.
+AlertButton {
+    property string subject: ""
+
+    width: titleWidth + 40
+    height: 44
+    isPreferred: false
+    opacity: enabled ? 1 : 0.5
+
+    Accessible.name: subject !== "" ? title + " " + subject : title
+}

@@ -1,0 +1,117 @@
+import QtQuick
+
+// What can be seen and changed about the app.
+FocusScope {
+    id: page
+
+    required property QtObject node
+    readonly property real wholeHeight: head.height + flickable.contentHeight
+    signal addRequested()
+
+    function scroll(distance) {
+        const highest = Math.max(0, flickable.contentHeight - flickable.height)
+        flickable.contentY = Math.min(highest, Math.max(0, flickable.contentY + distance))
+    }
+
+    Keys.onUpPressed: scroll(-60)
+    Keys.onDownPressed: scroll(60)
+
+    // What has the focus is in sight.
+    function reveal(item) {
+        let ancestor = item
+        while (ancestor !== null && ancestor !== column)
+            ancestor = ancestor.parent
+        if (ancestor === null)
+            return
+        const top = item.mapToItem(flickable.contentItem, 0, 0).y
+        const wanted = Math.max(Math.min(flickable.contentY, top - 12), top + item.height + 12 - flickable.height)
+        scroll(wanted - flickable.contentY)
+    }
+
+    Connections {
+        target: page.Window.window
+        function onActiveFocusItemChanged() {
+            if (page.Window.window.activeFocusItem !== null)
+                page.reveal(page.Window.window.activeFocusItem)
+        }
+    }
+
+    PageHead {
+        id: head
+
+        width: parent.width
+        title: "Quillop settings"
+        leaveTitle: "Close"
+        onLeaving: page.node.close()
+    }
+    Flickable {
+        id: flickable
+
+        anchors { left: parent.left; right: parent.right; top: head.bottom; bottom: parent.bottom }
+        contentHeight: column.height + 40
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+
+        Column {
+            id: column
+
+            x: 24
+            y: 20
+            width: flickable.width - 48
+            spacing: 12
+
+            SwitchRow {
+                x: -8
+                width: parent.width + 16
+                title: "Access to the media library"
+                on: page.node.allowed
+                enabled: !page.node.restricted
+                focus: true
+                Accessible.description: page.node.explanation
+                onClicked: page.node.allow(!page.node.allowed)
+            }
+            SettingsText { text: page.node.explanation }
+
+            SettingsTitle { text: "Folders of the media library" }
+            FolderRow {
+                width: parent.width
+                path: page.node.videosFolder
+                note: "Your videos folder"
+            }
+            Repeater {
+                model: page.node.addedFolders
+
+                FolderRow {
+                    required property int index
+                    required property string modelData
+
+                    width: column.width
+                    path: modelData
+                    isRemovable: true
+                    onRemoved: page.node.removeFolder(index)
+                }
+            }
+            PageButton {
+                title: "Add a folder"
+                onClicked: page.addRequested()
+            }
+
+            SettingsTitle { text: "What the library holds" }
+            SettingsText { text: page.node.contents }
+
+            SettingsTitle { text: "About" }
+            SettingsText { text: "Quillop " + page.node.version }
+        }
+    }
+    Rectangle {
+        readonly property real whole: flickable.visibleArea.heightRatio
+
+        anchors { right: parent.right; rightMargin: 4 }
+        visible: whole < 1
+        y: flickable.y + flickable.visibleArea.yPosition * flickable.height
+        width: 4
+        height: whole * flickable.height
+        radius: 2
+        color: "#59666E"
+    }
+}

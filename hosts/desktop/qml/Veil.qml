@@ -1,0 +1,32 @@
+import QtQuick
+
+// Lies over the app: darkens it, and lets nothing that is done here reach it.
+FocusScope {
+    id: veil
+
+    required property QtObject node
+    required property bool moves
+
+    focus: true
+
+    NumberAnimation on opacity {
+        running: veil.moves
+        from: 0
+        to: 1
+        duration: 200
+        easing.type: Easing.OutCubic
+    }
+
+    Rectangle {
+        anchors.fill: parent
+        color: "#000000"
+        opacity: 0.6
+
+        MouseArea {
+            anchors.fill: parent
+            acceptedButtons: Qt.AllButtons
+            hoverEnabled: true
+            onWheel: wheel => wheel.accepted = true
+        }
+    }
+}

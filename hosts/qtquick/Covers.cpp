@@ -1,0 +1,43 @@
+#include "hosts/qtquick/Covers.h"
+
+#include <QQuickItem>
+
+namespace qtquick {
+
+Covers::Covers(QQuickItem& stage, std::function<void()> changed) : stage_(stage), changed_(std::move(changed)) {}
+
+void Covers::add(QQuickItem& item, std::function<void()> escape) {
+  item.setParentItem(&stage_);
+  item.setZ(1.0 + static_cast<double>(covers_.size()));
+  const auto fit = [this, &item] { item.setSize(stage_.size()); };
+  fit();
+  connect(&stage_, &QQuickItem::widthChanged, &item, fit);
+  connect(&stage_, &QQuickItem::heightChanged, &item, fit);
+  connect(&item, &QObject::destroyed, this, [this](const QObject* gone) { remove(gone); });
+  covers_.push_back({&item, std::move(escape)});
+  if (covers_.size() == 1) changed_();
+  noteUppermost();
+}
+
+bool Covers::escape() const {
+  if (covers_.empty()) return false;
+  const auto tell = covers_.back().escape;
+  tell();
+  return true;
+}
+
+void Covers::remove(const QObject* item) {
+  std::erase_if(covers_, [item](const Cover& each) { return each.item == item; });
+  if (covers_.empty()) {
+    changed_();
+  } else {
+    noteUppermost();
+  }
+}
+
+void Covers::noteUppermost() {
+  for (const auto& cover : covers_) cover.item->setEnabled(cover.item == covers_.back().item);
+  covers_.back().item->forceActiveFocus(Qt::OtherFocusReason);
+}
+
+}  // namespace qtquick
