@@ -9,7 +9,7 @@
 namespace qtquick {
 
 namespace {
-constexpr double keySteps = 20;       // from one end to the other, where the slider has no step of its own
+constexpr double keySteps = 20;  // from one end to the other, where the slider has no step of its own
 constexpr double stepsOfAPage = 10;
 constexpr double pagesWithoutStep = 5;
 }  // namespace

@@ -198,19 +198,22 @@ class Film:
         self.program = program
         self.number = number
         self.channel = number - 1
+        self._box = None
 
     def view(self):
         """What its view shows now."""
-        box = self.program.wait_for(f"Film {self.number}").box
-        return View(self.program.stage.screen.picture().crop(box))
+        # An alert over the screen takes the view out of the tree, but not out of sight.
+        found = self.program.find(f"Film {self.number}") if self._box else self.program.wait_for(f"Film {self.number}")
+        if found is not None:
+            self._box = found.box
+        return View(self.program.stage.screen.picture().crop(self._box))
 
     def wait_for_view(self, condition, what, deadline=15.0):
         """The first look at its view that fulfils `condition`."""
-        box = self.program.wait_for(f"Film {self.number}").box
         last = [None]
 
         def seen():
-            last[0] = View(self.program.stage.screen.picture().crop(box))
+            last[0] = self.view()
             return last[0] if condition(last[0]) else None
 
         return until(seen, lambda: f"{what}, but film {self.number} shows {last[0]}", deadline)

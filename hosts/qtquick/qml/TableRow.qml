@@ -28,6 +28,8 @@ T.ItemDelegate {
         table.node.select(index)
     }
     onPressed: table.showsFocus = false
+    // The keyboard's way into the list ends here, at its current row.
+    onVisualFocusChanged: if (visualFocus) table.showsFocus = true
 
     Connections {
         target: row.table.node

@@ -88,9 +88,8 @@ int main(int argumentCount, char* arguments[]) {
   QElapsedTimer clock;
   clock.start();
   QTimer timer;
-  QObject::connect(&timer, &QTimer::timeout, [&] {
-    stage.simulatedHost().mainLoop.advance(static_cast<double>(clock.restart()) / 1000);
-  });
+  QObject::connect(&timer, &QTimer::timeout,
+                   [&] { stage.simulatedHost().mainLoop.advance(static_cast<double>(clock.restart()) / 1000); });
   timer.start(50);
   const double seconds = parser.value("seconds").toDouble();
   if (seconds > 0) QTimer::singleShot(static_cast<int>(seconds * 1000), &application, &QCoreApplication::quit);
@@ -102,7 +101,7 @@ int main(int argumentCount, char* arguments[]) {
     if (!parser.isSet("still")) painter = std::make_unique<Painter>(stage);
     QCoreApplication::exec();
   }
-  std::printf("%.2f s of processor time for %d frames\n",
-              static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC, frames);
+  std::printf("%.2f s of processor time for %d frames\n", static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC,
+              frames);
   return 0;
 }

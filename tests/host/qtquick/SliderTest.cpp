@@ -109,9 +109,9 @@ TEST_F(SliderTest, AFingerOnOneThatTakesNoInputMovesNothing) {
 
 TEST_F(SliderTest, KeysMoveItByStepsPagesAndToTheEnds) {
   item()->forceActiveFocus(Qt::TabFocusReason);
-  const std::vector<std::pair<Qt::Key, float>> keys{
-      {Qt::Key_Right, 1},     {Qt::Key_Up, 2},  {Qt::Key_Left, 1}, {Qt::Key_Down, 0}, {Qt::Key_PageUp, 10},
-      {Qt::Key_PageDown, 0}, {Qt::Key_End, 100}, {Qt::Key_Home, 0}};
+  const std::vector<std::pair<Qt::Key, float>> keys{{Qt::Key_Right, 1}, {Qt::Key_Up, 2},      {Qt::Key_Left, 1},
+                                                    {Qt::Key_Down, 0},  {Qt::Key_PageUp, 10}, {Qt::Key_PageDown, 0},
+                                                    {Qt::Key_End, 100}, {Qt::Key_Home, 0}};
   for (const auto& [key, expected] : keys) {
     QTest::keyClick(&stage.window(), key);
     stage.settle();
