@@ -5,6 +5,7 @@ import tempfile
 import unittest
 
 import clips
+from processes import until
 from program import Film, Home, Program
 
 FILM_A = clips.Clip("Film A", "white", 300, 30)
@@ -97,6 +98,16 @@ class Journey(unittest.TestCase):
     def _empty_films(self):
         if not self.program.is_running:
             return
+        try:
+            self._close_what_is_open()
+        except BaseException:
+            self.program.end()  # the next test gets a new one
+            raise
+
+    def _close_what_is_open(self):
+        if self.program.find("OK") is not None:
+            self.program.press("OK")
+            self.program.wait_until_gone("OK")
         for film in (self.film1, self.film2):
             if film.view().border is not None:
                 film.show_controls()
@@ -137,6 +148,11 @@ class Journey(unittest.TestCase):
         self.assertTrue(self.plays(sound, film, clip), str(sound))
         self.wait_until_it_moves(film)
         self.assertEqual(film.view().border, clip.border)
+
+    def wait_until_anything_moves(self, film):
+        """The same where something that is over the film makes it unreadable."""
+        first = film.view().picture.pixels
+        until(lambda: (film.view().picture.pixels != first).any(), f"film {film.number} to show another picture")
 
     def wait_until_it_moves(self, film):
         first = film.wait_for_view(lambda view: view.time is not None, "a clip").time
