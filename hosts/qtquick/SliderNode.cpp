@@ -4,6 +4,7 @@
 #include "hosts/qtquick/Pictures.h"
 #include "platform/foundation/RunLoop.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace qtquick {
@@ -46,7 +47,9 @@ bool SliderNode::showsTime() const {
 }
 
 QString SliderNode::elapsed() const {
-  return clockText(value());
+  // The app brings the value up once a second, a little after the whole second was asked of a player that took a
+  // moment to start: 2.95 is the third second, not the second one.
+  return clockText(std::min(std::round(value()), maximum()));
 }
 
 QString SliderNode::length() const {

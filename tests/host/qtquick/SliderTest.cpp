@@ -162,3 +162,18 @@ TEST(PositionSlider, TellsTheTime) {
   EXPECT_EQ(QAccessible::queryAccessibleInterface(item)->text(QAccessible::Description),
             "1 minute 5 seconds of 1 hour");
 }
+
+TEST(PositionSlider, ElapsedTimeIsTheNearestSecondAndNeverBeyondTheLength) {
+  ScreenStage stage;
+  stage.load(1);
+  const auto slider = stage.screen().progressSlider1;
+  const auto elapsed = [&] {
+    auto* const node = stage.named("Position in film 1")->property("node").value<QObject*>();
+    return node->property("elapsed").toString();
+  };
+  stage.event([&] { slider->setValue(2.95F); });
+  EXPECT_EQ(elapsed(), "0:03");
+  stage.event([&] { slider->setMaximumValue(12.4F); });
+  stage.event([&] { slider->setValue(12.4F); });
+  EXPECT_EQ(elapsed(), "0:12");
+}
