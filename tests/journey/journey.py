@@ -1,6 +1,7 @@
 """What every journey starts from: the stage, the clips, and a program with two empty films."""
 
 import os
+import re
 import tempfile
 import unittest
 
@@ -12,8 +13,12 @@ FILM_A = clips.Clip("Film A", "white", 300, 30)
 FILM_B = clips.Clip("Film B", "orange", 1000, 30)
 SHORT_FILM = clips.Clip("Film C, four seconds", "green", 2000, 4)
 PROTECTED_FILM = clips.Clip("Film D, protected", "green", 2000, 30)
-CUT_OFF = "Film E, cut off"
+CUT_IN_ITS_HEADER = "Film E, cut off in its header"
 NO_FILM = "Film F, no film at all"
+CUT_IN_ITS_MIDDLE = "Film G, cut off in its middle"
+
+# What Qt Quick and GLib say on standard error when a program of theirs is wrong.
+COMPLAINT = re.compile(r"TypeError|ReferenceError|Binding loop|-CRITICAL|-WARNING|Fatal error")
 
 
 class Surroundings:
@@ -39,16 +44,19 @@ class Surroundings:
         for clip in (FILM_A, FILM_B, SHORT_FILM):
             clip.write(self._clip_path(clip.title))
         PROTECTED_FILM.write(self._clip_path(PROTECTED_FILM.title), *clips.ENCRYPTED)
-        with open(self._clip_path(FILM_A.title), "rb") as whole, open(self._clip_path(CUT_OFF), "wb") as part:
-            part.write(whole.read(3000))
+        with open(self._clip_path(FILM_A.title), "rb") as file:
+            whole = file.read()
+        for title, size in ((CUT_IN_ITS_HEADER, 3000), (CUT_IN_ITS_MIDDLE, len(whole) // 5)):
+            with open(self._clip_path(title), "wb") as file:
+                file.write(whole[:size])
         with open(self._clip_path(NO_FILM), "w", encoding="ascii") as file:
             file.write("This is a letter, not a film.\n" * 100)
 
     def new_home(self, *titles):
         """A home with these films in its videos folder; without any named, all of them."""
         home = Home(tempfile.mkdtemp(dir=self._homes.name))
-        every = [clip.title for clip in (FILM_A, FILM_B, SHORT_FILM, PROTECTED_FILM)] + [CUT_OFF, NO_FILM]
-        for title in titles or every:
+        whole = [clip.title for clip in (FILM_A, FILM_B, SHORT_FILM, PROTECTED_FILM)]
+        for title in titles or whole + [CUT_IN_ITS_HEADER, NO_FILM, CUT_IN_ITS_MIDDLE]:
             home.add(self._clip_path(title), title + ".mp4")
         return home
 
@@ -81,6 +89,7 @@ class Journey(unittest.TestCase):
     def start(self, home, **environment):
         """A program of the test's own, which ends with it."""
         self.program = self.surroundings.start(home, **environment)
+        self.addCleanup(self._check_complaints, self.program)
         self.addCleanup(self.program.end)
         self.program.wait_until_ready()
         self._meet_films()
@@ -90,7 +99,13 @@ class Journey(unittest.TestCase):
         """The program that many tests share, with empty films, which are empty again at the end."""
         self.program = self.surroundings.shared_program()
         self._meet_films()
+        self.addCleanup(self._check_complaints, self.program)
         self.addCleanup(self._empty_films)
+
+    def _check_complaints(self, program):
+        complaints = [line for line in program.errors if COMPLAINT.search(line)]
+        program.errors.clear()
+        self.assertEqual(complaints, [])
 
     def _meet_films(self):
         self.film1, self.film2 = Film(self.program, 1), Film(self.program, 2)
