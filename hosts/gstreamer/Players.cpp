@@ -122,7 +122,11 @@ class SoundFace final : public host::SoundPlayer {
             host::PlayerEvents events)
       : commands_(std::move(turn), surroundings, setupFor(url), std::move(events)) {}
 
-  void prepare() override { commands_.order().prepares = true; }
+  void prepare() override {
+    commands_.order().prepares = true;
+    commands_.order().stops = false;
+  }
+
   void setPan(double pan) override { commands_.order().pan = std::clamp(pan, -1.0, 1.0); }
   void setVolume(double volume) override { commands_.order().volume = std::clamp(volume, 0.0, 1.0); }
 

@@ -28,9 +28,8 @@ int AlertNode::preferred() const {
   const auto alert = alert_.lock();
   if (!alert) return 0;
   const auto& actions = alert->actions();
-  const auto cancel = std::find_if(actions.begin(), actions.end(), [](const auto& action) {
-    return action->style() == UIAlertActionStyle::Cancel;
-  });
+  const auto cancel = std::find_if(actions.begin(), actions.end(),
+                                   [](const auto& action) { return action->style() == UIAlertActionStyle::Cancel; });
   return cancel == actions.end() ? 0 : static_cast<int>(cancel - actions.begin());
 }
 

@@ -18,7 +18,9 @@ constexpr double cornerFraction = 0.15;
 
 class Response final : public QQuickImageResponse {
  public:
-  QQuickTextureFactory* textureFactory() const override { return QQuickTextureFactory::textureFactoryForImage(image_); }
+  QQuickTextureFactory* textureFactory() const override {
+    return QQuickTextureFactory::textureFactoryForImage(image_);
+  }
   void cancel() override { cancelled_ = true; }
 
   bool isCancelled() const { return cancelled_; }
@@ -44,8 +46,8 @@ QImage cropped(const QImage& image, QSize size) {
   const double radius = cornerFraction * std::min(size.width(), size.height());
   outline.addRoundedRect(QRectF(QPointF(), QSizeF(size)), radius, radius);
   QBrush brush(filling);
-  brush.setTransform(QTransform::fromTranslate((size.width() - scaled.width()) / 2.0,
-                                               (size.height() - scaled.height()) / 2.0));
+  brush.setTransform(
+      QTransform::fromTranslate((size.width() - scaled.width()) / 2.0, (size.height() - scaled.height()) / 2.0));
   painter.fillPath(outline, brush);
   return result;
 }

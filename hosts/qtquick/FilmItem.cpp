@@ -18,6 +18,8 @@ QImage imageOf(const std::shared_ptr<const host::Picture>& picture) {
           QImage::Format_RGB32, release,        owner.release()};
 }
 
+}  // namespace
+
 /// What the scene graph draws: the black, and on it the picture.
 ///
 /// Both nodes are there from the beginning, the second one black as well until there is a picture: the software scene
@@ -56,10 +58,9 @@ class FilmNode final : public QSGNode {
   QSGImageNode* picture_;
 };
 
-}  // namespace
-
 FilmItem::FilmItem(QQuickItem* parent) : QQuickItem(parent) {
   setFlag(ItemHasContents);
+  if (window() != nullptr) watch(*window());
 }
 
 FilmItem::~FilmItem() {
@@ -105,8 +106,13 @@ void FilmItem::itemChange(ItemChange change, const ItemChangeData& data) {
   if (matters) askForBox();
 }
 
+void FilmItem::watch(QQuickWindow& window) {
+  connect(&window, &QWindow::windowStateChanged, this, &FilmItem::askForBox, Qt::UniqueConnection);
+}
+
 QSize FilmItem::boxInPixels() const {
-  if (window() == nullptr || !isVisible()) return {0, 0};
+  const bool isInSight = window() != nullptr && isVisible() && !(window()->windowStates() & Qt::WindowMinimized);
+  if (!isInSight) return {0, 0};
   const double ratio = window()->effectiveDevicePixelRatio();
   return {static_cast<int>(std::lround(width() * ratio)), static_cast<int>(std::lround(height() * ratio))};
 }
@@ -130,23 +136,23 @@ QRectF FilmItem::placeOf(QSize picture) const {
   return {(left - corner.x()) / ratio, (top - corner.y()) / ratio, size.width() / ratio, size.height() / ratio};
 }
 
+void FilmItem::showNewest(FilmNode& node) {
+  const auto newest = pictures_ ? pictures_->newest() : nullptr;
+  if (newest && newest != shown_) node.setPicture(imageOf(newest));
+  if (newest) node.place(placeOf({newest->width, newest->height}));
+  if (!newest && shown_) node.clearPicture();
+  shown_ = newest;
+}
+
 QSGNode* FilmItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData* /*data*/) {
+  if (old == nullptr) shown_ = nullptr;
   if (width() <= 0 || height() <= 0) {
     delete old;
-    shown_ = nullptr;
     return nullptr;
   }
-  auto* node = static_cast<FilmNode*>(old);
-  if (node == nullptr) {
-    node = new FilmNode(*window());
-    shown_ = nullptr;
-  }
+  auto* const node = old == nullptr ? new FilmNode(*window()) : static_cast<FilmNode*>(old);
   node->setBackground(boundingRect());
-  const auto newest = pictures_ ? pictures_->newest() : nullptr;
-  if (newest && newest != shown_) node->setPicture(imageOf(newest));
-  if (newest) node->place(placeOf({newest->width, newest->height}));
-  if (!newest && shown_) node->clearPicture();
-  shown_ = newest;
+  showNewest(*node);
   return node;
 }
 

@@ -7,8 +7,11 @@
 #include <atomic>
 #include <memory>
 
+class QQuickWindow;
 
 namespace qtquick {
+
+class FilmNode;
 
 /// A player's pictures: opaque black all over, the newest picture in the middle, one of its pixels on one of the
 /// screen's. While nobody can see it, it asks for no pictures.
@@ -30,8 +33,10 @@ class FilmItem final : public QQuickItem {
  private:
   void listen();
   void pictureArrived();
+  void watch(QQuickWindow& window);
   void askForBox();
   QSize boxInPixels() const;
+  void showNewest(FilmNode& node);
   QRectF placeOf(QSize picture) const;
 
   std::shared_ptr<host::PictureStream> pictures_;

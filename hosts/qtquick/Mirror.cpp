@@ -6,6 +6,7 @@
 
 #include <QQmlContext>
 #include <QQmlEngine>
+#include <QQuickWindow>
 #include <QUrl>
 
 #include <algorithm>
@@ -33,12 +34,13 @@ void Mirror::pass() {
     screens_.clear();
     return;
   }
+  const auto reason = focusReason();  // screens that are covered lose the focus on the way
   const auto changes = window->takeChanges();
   updateScreens(*window);
   for (const auto& view : changes) {
     if (auto* const node = nodeOf(*view)) node->update();
   }
-  focusTopmost(*window);
+  focusTopmost(*window, reason);
 }
 
 void Mirror::updateScreens(const UIWindow& window) {
@@ -62,11 +64,11 @@ void Mirror::updateScreens(const UIWindow& window) {
   }
 }
 
-void Mirror::focusTopmost(const UIWindow& window) {
+void Mirror::focusTopmost(const UIWindow& window, Qt::FocusReason reason) {
   const auto top = window.topmostViewController();
   if (!inReach_ || top == topmost_.lock() || screens_.empty() || !screens_.back()->standsFor(*top)) return;
   topmost_ = top;
-  screens_.back()->takeFocus();
+  screens_.back()->takeFocus(reason);
 }
 
 bool Mirror::escape() {
@@ -110,6 +112,14 @@ bool Mirror::isSheet(const UIView& view) const {
   const auto controller = view.viewController();
   const bool isScreen = controller && view.superview() == window_.lock();
   return isScreen && !controller->coversItsPresenter() && view.frame().origin.y > 0;
+}
+
+Qt::FocusReason Mirror::focusReason() const {
+  const QQuickItem* item = stage_.window() == nullptr ? nullptr : stage_.window()->activeFocusItem();
+  bool isShown = item != nullptr && item->property("visualFocus").toBool();
+  // A list shows it at its current row.
+  for (; item != nullptr && !isShown; item = item->parentItem()) isShown = item->property("showsFocus").toBool();
+  return isShown ? Qt::TabFocusReason : Qt::OtherFocusReason;
 }
 
 bool Mirror::movesThings() const {

@@ -53,6 +53,9 @@ class Mirror final {
   ViewNode* filmOverlaidBy(const UIView& view) const;
   /// Whether `view` is the root view of a sheet that leaves some of the window free above it.
   bool isSheet(const UIView& view) const;
+  /// The reason to give for moving the focus on from where it is: the keyboard's where the keyboard led there, so
+  /// that the focus goes on being shown.
+  Qt::FocusReason focusReason() const;
   /// Whether the desktop lets things move.
   bool movesThings() const;
 
@@ -65,7 +68,7 @@ class Mirror final {
 
  private:
   void updateScreens(const UIWindow& window);
-  void focusTopmost(const UIWindow& window);
+  void focusTopmost(const UIWindow& window, Qt::FocusReason reason);
 
   QQmlEngine& engine_;
   QQuickItem& stage_;

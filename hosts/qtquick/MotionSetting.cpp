@@ -22,8 +22,10 @@ QVariant unwrapped(QVariant value) {
 }  // namespace
 
 MotionSetting::MotionSetting() : reduced_(qEnvironmentVariableIntValue("QUILLOP_REDUCE_MOTION") == 1) {
+  // Without an address the D-Bus library would start a bus of its own.
+  if (reduced_ || !qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")) return;
   auto bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected() || reduced_) return;
+  if (!bus.isConnected()) return;
   bus.connect(portalService, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
               SLOT(settingChanged(QString, QString, QDBusVariant)));
   ask();

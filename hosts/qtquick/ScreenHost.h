@@ -52,9 +52,9 @@ class ScreenHost final : public host::Screen {
   void show();
   /// Draws `window` from now on, or nothing when there is none. The window is not kept alive.
   void attach(const Strong<UIWindow>& window);
-  /// Lays `item`, which is not the app's, over everything in the window until it is destroyed, and gives it the focus.
-  /// Meanwhile nothing of the app takes input, focus or attention, whatever the app shows; Escape and Back call
-  /// `escape` of the item that was laid last, outside any turn. The item stays the caller's.
+  /// Lays `item`, which is not the app's, over everything in the window until it is destroyed, and gives it the
+  /// focus. Meanwhile nothing of the app takes input, focus or attention, whatever the app shows; Escape and Back
+  /// call `escape` of the item that was laid last, outside any turn. The item stays the caller's.
   void cover(QQuickItem& item, std::function<void()> escape);
 
   void needsFrame() override;

@@ -9,6 +9,8 @@
 #include "platform/uikit/UIPageControl.h"
 #include "platform/uikit/UITableView.h"
 
+#include <QQmlProperty>
+
 #include <algorithm>
 #include <cmath>
 
@@ -68,13 +70,13 @@ void ScreenNode::update() {
   emit changed();
 }
 
-void ScreenNode::takeFocus() {
-  item().forceActiveFocus(Qt::OtherFocusReason);
+void ScreenNode::takeFocus(Qt::FocusReason reason) {
+  item().forceActiveFocus(reason);
   // The root screen waits for the first Tab; whoever opened a sheet wants to go on inside it.
-  if (presentation() != nullptr && view_ && item().scopedFocusItem() == nullptr) focusFirstView();
+  if (presentation() != nullptr && view_ && item().scopedFocusItem() == nullptr) focusFirstView(reason);
 }
 
-void ScreenNode::focusFirstView() {
+void ScreenNode::focusFirstView(Qt::FocusReason reason) {
   const auto controller = controller_.lock();
   if (!controller) return;
   const auto isTable = [](const auto& view) { return std::dynamic_pointer_cast<UITableView>(view) != nullptr; };
@@ -84,7 +86,9 @@ void ScreenNode::focusFirstView() {
   auto first = firstView(controller->view(), isTable);
   if (!first) first = firstView(controller->view(), isControl);
   auto* const node = first ? mirror().nodeOf(*first) : nullptr;
-  if (node != nullptr) node->item().forceActiveFocus(Qt::OtherFocusReason);
+  if (node == nullptr) return;
+  node->item().forceActiveFocus(reason);
+  if (reason == Qt::TabFocusReason) QQmlProperty::write(&node->item(), QStringLiteral("showsFocus"), true);
 }
 
 bool ScreenNode::escape() {
@@ -108,8 +112,8 @@ const Presentation* ScreenNode::presentation() const {
   const auto window = mirror().window();
   if (!window) return nullptr;
   const auto& all = window->presentations();
-  const auto found = std::find_if(all.begin(), all.end(),
-                                  [this](const Presentation& each) { return standsFor(*each.controller); });
+  const auto found =
+      std::find_if(all.begin(), all.end(), [this](const Presentation& each) { return standsFor(*each.controller); });
   return found == all.end() ? nullptr : &*found;
 }
 

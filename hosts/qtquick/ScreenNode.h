@@ -36,7 +36,7 @@ class ScreenNode final : public Node {
 
   void update() override;
   bool standsFor(const UIViewController& controller) const { return controller_.lock().get() == &controller; }
-  void takeFocus();
+  void takeFocus(Qt::FocusReason reason);
   /// Presses what closes the screen; false where nothing does.
   bool escape();
 
@@ -62,7 +62,7 @@ class ScreenNode final : public Node {
 
   /// How the screen is presented; none for the root screen.
   const Presentation* presentation() const;
-  void focusFirstView();
+  void focusFirstView(Qt::FocusReason reason);
 
   Weak<UIViewController> controller_;
   std::unique_ptr<AlertNode> alert_;

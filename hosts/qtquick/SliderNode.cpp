@@ -4,12 +4,13 @@
 #include "hosts/qtquick/Pictures.h"
 #include "platform/foundation/RunLoop.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace qtquick {
 
 namespace {
-constexpr double keySteps = 20;       // from one end to the other, where the slider has no step of its own
+constexpr double keySteps = 20;  // from one end to the other, where the slider has no step of its own
 constexpr double stepsOfAPage = 10;
 constexpr double pagesWithoutStep = 5;
 }  // namespace
@@ -46,7 +47,9 @@ bool SliderNode::showsTime() const {
 }
 
 QString SliderNode::elapsed() const {
-  return clockText(value());
+  // The app brings the value up once a second, a little after the whole second was asked of a player that took a
+  // moment to start: 2.95 is the third second, not the second one.
+  return clockText(std::min(std::round(value()), maximum()));
 }
 
 QString SliderNode::length() const {

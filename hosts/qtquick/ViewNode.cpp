@@ -105,8 +105,8 @@ void ViewNode::updateChildren(const UIView& view) {
   const auto layers = view.layer()->sublayers().value_or(std::vector<Strong<CALayer>>{});
   std::vector<Child> before = std::exchange(children_, {});
   for (const auto& layer : layers) {
-    const auto known = std::find_if(before.begin(), before.end(),
-                                    [&](const Child& child) { return child.layer.lock() == layer; });
+    const auto known =
+        std::find_if(before.begin(), before.end(), [&](const Child& child) { return child.layer.lock() == layer; });
     const bool isKnown = known != before.end() && known->node;
     Child child{layer, isKnown ? std::move(known->node) : makeChild(layer)};
     // A layer has no changes of its own: its view speaks for it.
@@ -128,8 +128,7 @@ void ViewNode::leaveFocusToFilm(const UIView& view) const {
   const auto film = mirror().filmOverlaidBy(view);
   auto* const focused = item().window() == nullptr ? nullptr : item().window()->activeFocusItem();
   if (film == nullptr || focused == nullptr || !item().isAncestorOf(focused)) return;
-  const bool isVisible = focused->property("visualFocus").toBool();
-  film->item().forceActiveFocus(isVisible ? Qt::TabFocusReason : Qt::OtherFocusReason);
+  film->item().forceActiveFocus(mirror().focusReason());
 }
 
 QColor ViewNode::color() const {

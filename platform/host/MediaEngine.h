@@ -44,7 +44,7 @@ class PictureStream {
   /// The box, in device pixels, that the pictures are to fit into, proportions kept. The current picture is made
   /// again at the new size, also while paused. 0 x 0: nobody looks, no picture is made.
   virtual void setBox(int width, int height) = 0;
-  /// The newest picture, or none: before the first one, and for good once the player is gone.
+  /// The newest picture, or none: before the first one, while nobody looks, and for good once the player is gone.
   virtual std::shared_ptr<const Picture> newest() const = 0;
   /// `tell` is called, on any thread, each time `newest` has become another; it must only pass the word on.
   /// Returns once the previous listener is not running any more. An empty one takes it away.

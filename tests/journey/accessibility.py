@@ -151,6 +151,16 @@ class Node:
                 continue
         return None
 
+    def focused_name(self):
+        """The name of what has the keyboard's focus, or None."""
+        for node in self.descendants():
+            try:
+                if node.is_focused:
+                    return node.name
+            except GLib.Error:
+                continue
+        return None
+
     def shown_names(self):
         """The names of everything on the screen, in tree order."""
         names = []

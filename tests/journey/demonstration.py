@@ -30,7 +30,7 @@ class DemonstrationClip:
         self.tone = tone
 
     def write(self, path):
-        picture = (f"testsrc2=size=1280x720:rate=30:duration=30,drawtext=fontfile={clips.FONT}:fontsize=110:box=1:"
+        picture = (f"testsrc2=size=1280x720:rate=30:duration=30,drawtext=fontfile={clips.FONT}:fontsize=80:box=1:"
                    f"boxborderw=20:x=(w-tw)/2:y=(h-th)/2:text='{self.title} %{{pts\\:hms}}'")
         clips.make(path, picture, f"aevalsrc=0.5*sin(2*PI*{self.tone}*t)|0.5*sin(2*PI*{self.tone}*t)"
                                   ":sample_rate=48000:duration=30", 30)

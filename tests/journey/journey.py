@@ -1,18 +1,24 @@
 """What every journey starts from: the stage, the clips, and a program with two empty films."""
 
 import os
+import re
 import tempfile
 import unittest
 
 import clips
+from processes import until
 from program import Film, Home, Program
 
 FILM_A = clips.Clip("Film A", "white", 300, 30)
 FILM_B = clips.Clip("Film B", "orange", 1000, 30)
 SHORT_FILM = clips.Clip("Film C, four seconds", "green", 2000, 4)
 PROTECTED_FILM = clips.Clip("Film D, protected", "green", 2000, 30)
-CUT_OFF = "Film E, cut off"
+CUT_IN_ITS_HEADER = "Film E, cut off in its header"
 NO_FILM = "Film F, no film at all"
+CUT_IN_ITS_MIDDLE = "Film G, cut off in its middle"
+
+# What Qt Quick and GLib say on standard error when a program of theirs is wrong.
+COMPLAINT = re.compile(r"TypeError|ReferenceError|Binding loop|-CRITICAL|-WARNING|Fatal error")
 
 
 class Surroundings:
@@ -38,16 +44,19 @@ class Surroundings:
         for clip in (FILM_A, FILM_B, SHORT_FILM):
             clip.write(self._clip_path(clip.title))
         PROTECTED_FILM.write(self._clip_path(PROTECTED_FILM.title), *clips.ENCRYPTED)
-        with open(self._clip_path(FILM_A.title), "rb") as whole, open(self._clip_path(CUT_OFF), "wb") as part:
-            part.write(whole.read(3000))
+        with open(self._clip_path(FILM_A.title), "rb") as file:
+            whole = file.read()
+        for title, size in ((CUT_IN_ITS_HEADER, 3000), (CUT_IN_ITS_MIDDLE, len(whole) // 5)):
+            with open(self._clip_path(title), "wb") as file:
+                file.write(whole[:size])
         with open(self._clip_path(NO_FILM), "w", encoding="ascii") as file:
             file.write("This is a letter, not a film.\n" * 100)
 
     def new_home(self, *titles):
         """A home with these films in its videos folder; without any named, all of them."""
         home = Home(tempfile.mkdtemp(dir=self._homes.name))
-        every = [clip.title for clip in (FILM_A, FILM_B, SHORT_FILM, PROTECTED_FILM)] + [CUT_OFF, NO_FILM]
-        for title in titles or every:
+        whole = [clip.title for clip in (FILM_A, FILM_B, SHORT_FILM, PROTECTED_FILM)]
+        for title in titles or whole + [CUT_IN_ITS_HEADER, NO_FILM, CUT_IN_ITS_MIDDLE]:
             home.add(self._clip_path(title), title + ".mp4")
         return home
 
@@ -80,6 +89,7 @@ class Journey(unittest.TestCase):
     def start(self, home, **environment):
         """A program of the test's own, which ends with it."""
         self.program = self.surroundings.start(home, **environment)
+        self.addCleanup(self._check_complaints, self.program)
         self.addCleanup(self.program.end)
         self.program.wait_until_ready()
         self._meet_films()
@@ -89,7 +99,13 @@ class Journey(unittest.TestCase):
         """The program that many tests share, with empty films, which are empty again at the end."""
         self.program = self.surroundings.shared_program()
         self._meet_films()
+        self.addCleanup(self._check_complaints, self.program)
         self.addCleanup(self._empty_films)
+
+    def _check_complaints(self, program):
+        complaints = [line for line in program.errors if COMPLAINT.search(line)]
+        program.errors.clear()
+        self.assertEqual(complaints, [])
 
     def _meet_films(self):
         self.film1, self.film2 = Film(self.program, 1), Film(self.program, 2)
@@ -97,6 +113,16 @@ class Journey(unittest.TestCase):
     def _empty_films(self):
         if not self.program.is_running:
             return
+        try:
+            self._close_what_is_open()
+        except BaseException:
+            self.program.end()  # the next test gets a new one
+            raise
+
+    def _close_what_is_open(self):
+        if self.program.find("OK") is not None:
+            self.program.press("OK")
+            self.program.wait_until_gone("OK")
         for film in (self.film1, self.film2):
             if film.view().border is not None:
                 film.show_controls()
@@ -137,6 +163,11 @@ class Journey(unittest.TestCase):
         self.assertTrue(self.plays(sound, film, clip), str(sound))
         self.wait_until_it_moves(film)
         self.assertEqual(film.view().border, clip.border)
+
+    def wait_until_anything_moves(self, film):
+        """The same where something that is over the film makes it unreadable."""
+        first = film.view().picture.pixels
+        until(lambda: (film.view().picture.pixels != first).any(), f"film {film.number} to show another picture")
 
     def wait_until_it_moves(self, film):
         first = film.wait_for_view(lambda view: view.time is not None, "a clip").time

@@ -148,12 +148,17 @@ class Program:
 
     def focus(self, name):
         """Moves the focus with the Tab key until it is on the control of that name."""
-        for _ in range(40):
-            node = self.wait_for(name)
-            if node.is_focused:
-                return node
+        passed = [self.root.focused_name()]
+        while passed[-1] != name:
+            if len(passed) > 40:
+                raise AssertionError(f"the Tab key never comes to '{name}', only to {passed}")
             self.stage.screen.key("Tab")
-        raise AssertionError(f"the Tab key never comes to '{name}'")
+            # A key that is pressed before the last one was served would lead past the control.
+            passed.append(until(lambda: self._focus_other_than(passed[-1]), f"the focus to leave '{passed[-1]}'"))
+
+    def _focus_other_than(self, name):
+        focused = self.root.focused_name()
+        return focused if focused != name else None
 
     @property
     def window(self):
@@ -207,19 +212,22 @@ class Film:
         self.program = program
         self.number = number
         self.channel = number - 1
+        self._box = None
 
     def view(self):
         """What its view shows now."""
-        box = self.program.wait_for(f"Film {self.number}").box
-        return View(self.program.stage.screen.picture().crop(box))
+        # An alert over the screen takes the view out of the tree, but not out of sight.
+        found = self.program.find(f"Film {self.number}") if self._box else self.program.wait_for(f"Film {self.number}")
+        if found is not None:
+            self._box = found.box
+        return View(self.program.stage.screen.picture().crop(self._box))
 
     def wait_for_view(self, condition, what, deadline=15.0):
         """The first look at its view that fulfils `condition`."""
-        box = self.program.wait_for(f"Film {self.number}").box
         last = [None]
 
         def seen():
-            last[0] = View(self.program.stage.screen.picture().crop(box))
+            last[0] = self.view()
             return last[0] if condition(last[0]) else None
 
         return until(seen, lambda: f"{what}, but film {self.number} shows {last[0]}", deadline)

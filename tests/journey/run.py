@@ -32,14 +32,16 @@ class Result(unittest.TestResult):
     def startTest(self, test):
         super().startTest(test)
         self._started = time.monotonic()
-        self._trouble = None
+        self._troubles = []
 
     def _note(self, error, test):
-        self._trouble = self._exc_info_to_string(error, test)
+        self._troubles.append(self._exc_info_to_string(error, test))
+        if len(self._troubles) > 1:
+            return  # the second one is a consequence
         try:
             test.report(OUT / "failed")
         except Exception as unreportable:  # pylint: disable=broad-except
-            self._trouble += f"\n(and nothing is left to see of it: {unreportable})"
+            self._troubles.append(f"Nothing is left to see of it: {unreportable}\n")
 
     def addError(self, test, err):
         super().addError(test, err)
@@ -53,10 +55,11 @@ class Result(unittest.TestResult):
         super().stopTest(test)
         seconds = time.monotonic() - self._started
         name = test.id().split(".", 1)[-1]
-        print(f"{'FAILED' if self._trouble else 'ok    '}  {name} ({seconds:.1f} s)", flush=True)
-        if self._trouble:
-            print(self._trouble, flush=True)
-        self.cases.append((name, seconds, self._trouble))
+        trouble = "\n".join(self._troubles)
+        print(f"{'FAILED' if trouble else 'ok    '}  {name} ({seconds:.1f} s)", flush=True)
+        if trouble:
+            print(trouble, flush=True)
+        self.cases.append((name, seconds, trouble))
 
     def write_junit(self, path):
         suite = ElementTree.Element("testsuite", name="journey", tests=str(len(self.cases)))

@@ -72,7 +72,8 @@ class VirtualScreen:
         until(lambda: self._run("xdotool", "get_num_desktops").strip().isdigit(), "the window manager")
 
     def _environment(self):
-        return dict(os.environ, DISPLAY=self.display)
+        # Without an address of a bus, some programs would start a bus that outlives them.
+        return dict(os.environ, DISPLAY=self.display, DBUS_SESSION_BUS_ADDRESS="unix:path=/dev/null")
 
     def _run(self, *command):
         done = subprocess.run(command, env=self._environment(), stdin=subprocess.DEVNULL, timeout=20, text=True,

@@ -51,6 +51,8 @@ class Controls(Journey):
         self.assert_as_loud_as(self.film2, before)
         self.wait_until_it_moves(self.film1)
 
+        self.film1.show_controls()
+        self.program.focus(self.film1.volume)
         self.screen.key("End")
         self.hear(self.film1, FILM_A)
         self.assert_as_loud_as(self.film1, before)

@@ -2,7 +2,8 @@
 
 import os
 
-from journey import CUT_OFF, FILM_A, FILM_B, NO_FILM, PROTECTED_FILM, SHORT_FILM, Journey
+from journey import (CUT_IN_ITS_HEADER, CUT_IN_ITS_MIDDLE, FILM_A, FILM_B, NO_FILM, PROTECTED_FILM, SHORT_FILM,
+                     Journey)
 from processes import until
 
 
@@ -17,7 +18,8 @@ class Troubles(Journey):
         self.program.wait_for("Attenction")
         self.assertEqual(self.program.lines_up_to("passoVideo video1 : true", place)[1:],
                          ["tabella 1", "finito", "passoVideo video1 : true"])
-        self.assert_still_plays(self.film1, FILM_A)
+        self.hear(self.film1, FILM_A)
+        self.wait_until_anything_moves(self.film1)
         self.program.press("OK")
         self.program.wait_until_gone("Attenction")
         self.assertNotIn("posso far partire il video", self.program.lines[place:])
@@ -25,7 +27,7 @@ class Troubles(Journey):
 
     def test_files_that_are_no_films_do_no_harm(self):
         self.play(self.film2, FILM_B)
-        for title in (CUT_OFF, NO_FILM):
+        for title in (CUT_IN_ITS_HEADER, NO_FILM):
             self.program.open_list()
             self.program.row(self.film1, FILM_A.title)
             table = self.program.wait_for("Videos for film 1")
@@ -39,6 +41,14 @@ class Troubles(Journey):
             self.program.wait_until_gone("Videos for film 1")
             self.assert_still_plays(self.film2, FILM_B)
             self.assertIsNone(self.film1.view().border)
+
+    def test_a_film_that_breaks_off_leaves_the_other_alone(self):
+        self.play(self.film2, FILM_B)
+        self.program.choose(self.film1, CUT_IN_ITS_MIDDLE)
+        self.film1.wait_for_clip(FILM_A)
+        self.hear(self.film1, FILM_A)
+        self.hear_nothing(self.film1)
+        self.assert_still_plays(self.film2, FILM_B)
 
     def test_the_end_of_a_film_closes_it(self):
         self.play(self.film1, FILM_A)
@@ -79,7 +89,7 @@ class StartAndEnd(Journey):
         window = self.program.window
         cover = self.screen.cover()
         self.addCleanup(cover.close)
-        self.assertIsNone(self.film1.view().border, "the cover hides the program")
+        self.film1.wait_for_view(lambda view: view.border is None, "the cover")
 
         second = self.surroundings.start(self.home)
         self.addCleanup(second.end)

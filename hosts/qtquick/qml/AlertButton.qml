@@ -52,7 +52,7 @@ T.AbstractButton {
     }
 
     FocusRing {
-        visible: button.activeFocus
+        visible: button.visualFocus
         radius: 12
     }
 }

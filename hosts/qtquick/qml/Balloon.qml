@@ -45,19 +45,21 @@ Item {
     Rectangle {
         id: bubble
 
-        readonly property real beside: balloon.isBefore ? balloon.source.x - balloon.gap - balloon.arrow - width
-                                                        : balloon.source.x + balloon.source.width + balloon.gap + balloon.arrow
-        readonly property real below: balloon.isBefore ? balloon.source.y - balloon.gap - balloon.arrow - height
-                                                       : balloon.source.y + balloon.source.height + balloon.gap + balloon.arrow
+        readonly property real distance: balloon.gap + balloon.arrow
+        readonly property real beside: balloon.isBefore ? balloon.source.x - distance - width
+                                                        : balloon.source.x + balloon.source.width + distance
+        readonly property real below: balloon.isBefore ? balloon.source.y - distance - height
+                                                       : balloon.source.y + balloon.source.height + distance
+        readonly property real centredX: balloon.source.x + (balloon.source.width - width) / 2
+        readonly property real centredY: balloon.source.y + (balloon.source.height - height) / 2
 
-        width: Math.ceil(Math.min(text.implicitWidth + 32, balloon.node.maximumWidth, balloon.roomX - 2 * balloon.margin))
+        width: Math.ceil(Math.min(text.implicitWidth + 32, balloon.node.maximumWidth,
+                                  balloon.roomX - 2 * balloon.margin))
         height: Math.ceil(text.height + 24)
         radius: 12
         color: "#3DA9FC"
-        x: balloon.isBeside ? beside
-                            : balloon.within(balloon.source.x + (balloon.source.width - width) / 2, width, balloon.roomX)
-        y: balloon.isBeside || !balloon.points
-           ? balloon.within(balloon.source.y + (balloon.source.height - height) / 2, height, balloon.roomY) : below
+        x: balloon.isBeside ? beside : balloon.within(centredX, width, balloon.roomX)
+        y: balloon.isBeside || !balloon.points ? balloon.within(centredY, height, balloon.roomY) : below
 
         Text {
             id: text

@@ -149,7 +149,8 @@ T.Slider {
             id: bubble
 
             visible: slider.pressed && slider.node.showsTime
-            x: Math.max(-slider.handle.x, Math.min(slider.width - slider.handle.x - width, (parent.width - width) / 2))
+            // Over the handle, but never beyond the slider's ends.
+            x: Math.max(-parent.x, Math.min(slider.width - parent.x - width, (parent.width - width) / 2))
             y: -height - 14
             width: bubbleText.implicitWidth + 24
             height: 36
@@ -169,6 +170,7 @@ T.Slider {
 
     FocusRing {
         visible: slider.visualFocus
-        inset: -2
+        anchors.leftMargin: -4
+        anchors.rightMargin: -4
     }
 }

@@ -28,6 +28,8 @@ T.ItemDelegate {
         table.node.select(index)
     }
     onPressed: table.showsFocus = false
+    // The keyboard's way into the list ends here, at its current row.
+    onVisualFocusChanged: if (visualFocus) table.showsFocus = true
 
     Connections {
         target: row.table.node
@@ -69,10 +71,21 @@ T.ItemDelegate {
             height: 54
             radius: 8
             color: "#0B0E10"
-            visible: row.hasRoomForPicture && artwork.status !== Image.Ready
+            visible: row.hasRoomForPicture && !artwork.isThere
+
+            // A film that shows no picture of itself, such as a protected one.
+            Image {
+                anchors.centerIn: parent
+                visible: artwork.status === Image.Ready && !artwork.isThere
+                source: "qrc:/images/film.svg"
+                sourceSize: Qt.size(28, 28)
+            }
         }
         Image {
             id: artwork
+
+            // The answer that there is none arrives as a picture of no size.
+            readonly property bool isThere: status === Image.Ready && implicitWidth > 0
 
             anchors.fill: frame
             visible: row.hasRoomForPicture

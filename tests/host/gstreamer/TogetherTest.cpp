@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -48,7 +49,9 @@ void expectHeardWhereItIs(Stage& stage, const Film& film) {
 /// A sound server that lets programs connect and then says nothing any more.
 class DeafServer {
  public:
-  DeafServer() : path_("/tmp/quillop-deaf-" + std::to_string(getpid())), socket_(socket(AF_UNIX, SOCK_STREAM, 0)) {
+  DeafServer()
+      : path_(std::filesystem::temp_directory_path() / ("quillop-deaf-" + std::to_string(getpid()))),
+        socket_(socket(AF_UNIX, SOCK_STREAM, 0)) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     path_.copy(address.sun_path, sizeof address.sun_path - 1);

@@ -9,8 +9,8 @@
 namespace {
 
 void collect(QAccessibleInterface* from, std::multiset<std::string>& names) {
-  const bool isUsed = from->role() == QAccessible::Button || from->role() == QAccessible::Slider ||
-                      from->role() == QAccessible::List;
+  const bool isUsed =
+      from->role() == QAccessible::Button || from->role() == QAccessible::Slider || from->role() == QAccessible::List;
   if (isUsed) names.insert(from->text(QAccessible::Name).toStdString());
   for (int child = 0; child < from->childCount(); ++child) collect(from->child(child), names);
 }

@@ -20,9 +20,9 @@ TEST(Balloon, HangsBelowTheChooseButtonOnTheFirstRun) {
   const auto x = static_cast<int>(button.origin.x + button.size.width / 2);
   const auto y = static_cast<int>(button.origin.y + button.size.height);
   const QImage window = stage.grab();
-  EXPECT_EQ(window.pixelColor(x, y + 10), accent);          // the arrow, under the button's middle
-  EXPECT_NE(window.pixelColor(x - 20, y + 8), accent);      // and nothing beside it
-  EXPECT_EQ(window.pixelColor(x - 60, y + 20), accent);     // the bubble
+  EXPECT_EQ(window.pixelColor(x, y + 10), accent);       // the arrow, under the button's middle
+  EXPECT_NE(window.pixelColor(x - 20, y + 8), accent);   // and nothing beside it
+  EXPECT_EQ(window.pixelColor(x - 60, y + 20), accent);  // the bubble
 }
 
 TEST(Balloon, IsNoWiderThanItIsAllowedToBe) {
@@ -44,9 +44,8 @@ TEST(Balloon, TakesNoInput) {
   stage.load(1);
   stage.takeLines();
   const auto balloon = make<PopTip>();
-  stage.event([&] {
-    balloon->show("here", PopTipDirection::Down, 200, stage.screen().view(), CGRectMake(180, 80, 40, 40));
-  });
+  stage.event(
+      [&] { balloon->show("here", PopTipDirection::Down, 200, stage.screen().view(), CGRectMake(180, 80, 40, 40)); });
   QTest::mouseClick(&stage.window(), Qt::LeftButton, {}, {200, 150});
   EXPECT_EQ(stage.takeLines(), std::vector<std::string>{"toccatoFilm1"});
 }

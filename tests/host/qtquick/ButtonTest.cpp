@@ -70,6 +70,14 @@ TEST_F(ButtonTest, AssistiveTechnologySendsItsActionOnce) {
   EXPECT_EQ(counter->presses, 1);
 }
 
+TEST_F(ButtonTest, APressIsATurnOfItsOwn) {
+  stage.load(1);
+  auto& engine = stage.engine().recorded();
+  engine.takeCalls();
+  QTest::mouseClick(&stage.window(), Qt::LeftButton, {}, middleOf(*stage.named("Pause film 1")));
+  EXPECT_EQ(engine.takeCalls(), (std::vector<std::string>{"film.mp4 audio pause", "film.mp4 video pause", "commit"}));
+}
+
 TEST_F(ButtonTest, BeneathASheetNothingReachesIt) {
   auto* const before = item();
   const QPoint place = middleOf(*before);

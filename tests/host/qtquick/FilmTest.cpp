@@ -31,7 +31,7 @@ TEST(Film, ThePictureLiesInTheMiddleOfTheViewOnBlack) {
   stage.load(1);
   stage.toggleOverlay(1);
   const QImage window = stage.grab();
-  const int top = 56 + (584 - 288) / 2;  // 512 x 288 in 512 x 584
+  const int top = 56 + (584 - 288) / 2;                     // 512 x 288 in 512 x 584
   EXPECT_EQ(window.pixelColor(0, top), QColor(Qt::white));  // the picture's own upper left corner
   EXPECT_EQ(window.pixelColor(0, top - 1), QColor(Qt::black));
   EXPECT_EQ(window.pixelColor(256, top + 100), blue);
@@ -65,6 +65,30 @@ TEST(Film, PicturesAreDrawnFromTheirOwnMemory) {
   std::fill(pixels, pixels + static_cast<std::ptrdiff_t>(picture->stride) * picture->height, std::uint8_t{0x40});
   stage.toggleOverlay(1);
   EXPECT_EQ(stage.grab().pixelColor(200, 300), QColor(0x40, 0x40, 0x40));
+}
+
+TEST(Film, APictureOfOneFilmDoesNotDrawTheOtherAgain) {
+  ScreenStage stage;
+  stage.load(1);
+  stage.load(2);
+  const auto other = stage.stream(1)->newest();
+  auto* const pixels = const_cast<std::uint8_t*>(other->pixels);  // the test owns what it painted
+  std::fill(pixels, pixels + static_cast<std::ptrdiff_t>(other->stride) * other->height, std::uint8_t{0x40});
+  stage.stream(0)->paint(green);
+  stage.settle();
+  EXPECT_EQ(middleOfFilm(stage, 1), green);
+  EXPECT_EQ(middleOfFilm(stage, 2), orange);
+}
+
+TEST(Film, MinimisedItAsksForNoPictures) {
+  ScreenStage stage;
+  stage.load(1);
+  stage.window().setWindowState(Qt::WindowMinimized);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(stage.stream(0)->box(), QSize(0, 0));
+  stage.window().setWindowState(Qt::WindowNoState);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(stage.stream(0)->box(), QSize(512, 584));
 }
 
 TEST(Film, OldPicturesAreLetGo) {

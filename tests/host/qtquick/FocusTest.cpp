@@ -41,10 +41,9 @@ using Names = std::vector<std::string>;
 TEST_F(FocusTest, TabFollowsTheEye) {
   stage.load(1);
   stage.load(2);
-  EXPECT_EQ(namesInTabOrder(13),
-            (Names{"Choose videos", "Info", "Film 1", "Pause film 1", "Position in film 1", "Close film 1", "Volume of film 1",
-                   "Film 2", "Pause film 2", "Position in film 2", "Close film 2", "Volume of film 2",
-                   "Choose videos"}));
+  EXPECT_EQ(namesInTabOrder(13), (Names{"Choose videos", "Info", "Film 1", "Pause film 1", "Position in film 1",
+                                        "Close film 1", "Volume of film 1", "Film 2", "Pause film 2",
+                                        "Position in film 2", "Close film 2", "Volume of film 2", "Choose videos"}));
 }
 
 TEST_F(FocusTest, TabPassesOverWhatIsHidden) {
@@ -78,6 +77,19 @@ TEST_F(FocusTest, GoesIntoASheetAndBack) {
   QTest::keyClick(&stage.window(), Qt::Key_Escape);
   stage.advance(UIWindow::transitionDuration);
   EXPECT_EQ(focusedName(), "Choose videos");
+}
+
+TEST_F(FocusTest, IsShownInASheetThatTheKeyboardOpened) {
+  stage.named("Choose videos")->forceActiveFocus(Qt::TabFocusReason);
+  QTest::keyClick(&stage.window(), Qt::Key_Space);
+  stage.advance(UIWindow::transitionDuration);
+  EXPECT_TRUE(stage.named("Videos for film 1")->property("showsFocus").toBool());
+}
+
+TEST_F(FocusTest, IsNotShownInASheetThatAClickOpened) {
+  QTest::mouseClick(&stage.window(), Qt::LeftButton, {}, middleOf(*stage.named("Choose videos")));
+  stage.advance(UIWindow::transitionDuration);
+  EXPECT_FALSE(stage.named("Videos for film 1")->property("showsFocus").toBool());
 }
 
 TEST_F(FocusTest, RingsShowOnlyForTheKeyboard) {

@@ -14,8 +14,13 @@ namespace {
 QString pictureOf(const QQuickItem& item, int depth = 0) {
   QString text(depth, ' ');
   text += QString::fromLatin1(item.metaObject()->className()).section("_QMLTYPE", 0, 0).section("_QML_", 0, 0);
-  text += QStringLiteral(" %1 %2 %3 %4 %5 %6").arg(item.x()).arg(item.y()).arg(item.width()).arg(item.height())
-              .arg(item.isVisible()).arg(item.isEnabled());
+  text += QStringLiteral(" %1 %2 %3 %4 %5 %6")
+              .arg(item.x())
+              .arg(item.y())
+              .arg(item.width())
+              .arg(item.height())
+              .arg(item.isVisible())
+              .arg(item.isEnabled());
   for (const char* name : {"color", "radius", "text", "value", "clip", "source"}) {
     const QVariant value = item.property(name);
     if (value.isValid()) text += QStringLiteral(" %1=%2").arg(QLatin1String(name), value.toString());
@@ -56,7 +61,10 @@ class Gardener {
  private:
   int number(int bound) { return static_cast<int>(random_() % static_cast<unsigned>(bound)); }
   /// Any view but the root.
-  Strong<UIView> any() { return views_.size() < 2 ? add() : views_[1 + static_cast<std::size_t>(number(static_cast<int>(views_.size()) - 1))]; }
+  Strong<UIView> any() {
+    return views_.size() < 2 ? add()
+                             : views_[1 + static_cast<std::size_t>(number(static_cast<int>(views_.size()) - 1))];
+  }
 
   Strong<UIView> create() {
     switch (number(5)) {

@@ -71,7 +71,8 @@ int main(int argumentCount, char* arguments[]) {
   QCommandLineParser parser;
   parser.addHelpOption();
   parser.addOption({"size", "Size of the window.", "WIDTHxHEIGHT", "1024x640"});
-  parser.addOption({"state", "main, playing, controls, list, alert, hint, info, tutorial or tutorial2.", "name", "main"});
+  parser.addOption(
+      {"state", "main, playing, controls, list, alert, hint, info, tutorial or tutorial2.", "name", "main"});
   parser.addOption({"videos", "Number of videos in the library.", "number", "30"});
   parser.addOption({"shot", "Writes a picture of the window and ends.", "file"});
   parser.addOption({"seconds", "Ends after that time and tells the processor time used.", "number", "0"});
@@ -94,9 +95,8 @@ int main(int argumentCount, char* arguments[]) {
   QElapsedTimer clock;
   clock.start();
   QTimer timer;
-  QObject::connect(&timer, &QTimer::timeout, [&] {
-    stage.simulatedHost().mainLoop.advance(static_cast<double>(clock.restart()) / 1000);
-  });
+  QObject::connect(&timer, &QTimer::timeout,
+                   [&] { stage.simulatedHost().mainLoop.advance(static_cast<double>(clock.restart()) / 1000); });
   timer.start(50);
   const double seconds = parser.value("seconds").toDouble();
   if (seconds > 0) QTimer::singleShot(static_cast<int>(seconds * 1000), &application, &QCoreApplication::quit);
@@ -108,7 +108,7 @@ int main(int argumentCount, char* arguments[]) {
     if (!parser.isSet("still")) painter = std::make_unique<Painter>(stage);
     QCoreApplication::exec();
   }
-  std::printf("%.2f s of processor time for %d frames\n",
-              static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC, frames);
+  std::printf("%.2f s of processor time for %d frames\n", static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC,
+              frames);
   return 0;
 }

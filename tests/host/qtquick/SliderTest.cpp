@@ -109,9 +109,9 @@ TEST_F(SliderTest, AFingerOnOneThatTakesNoInputMovesNothing) {
 
 TEST_F(SliderTest, KeysMoveItByStepsPagesAndToTheEnds) {
   item()->forceActiveFocus(Qt::TabFocusReason);
-  const std::vector<std::pair<Qt::Key, float>> keys{
-      {Qt::Key_Right, 1},     {Qt::Key_Up, 2},  {Qt::Key_Left, 1}, {Qt::Key_Down, 0}, {Qt::Key_PageUp, 10},
-      {Qt::Key_PageDown, 0}, {Qt::Key_End, 100}, {Qt::Key_Home, 0}};
+  const std::vector<std::pair<Qt::Key, float>> keys{{Qt::Key_Right, 1}, {Qt::Key_Up, 2},      {Qt::Key_Left, 1},
+                                                    {Qt::Key_Down, 0},  {Qt::Key_PageUp, 10}, {Qt::Key_PageDown, 0},
+                                                    {Qt::Key_End, 100}, {Qt::Key_Home, 0}};
   for (const auto& [key, expected] : keys) {
     QTest::keyClick(&stage.window(), key);
     stage.settle();
@@ -161,4 +161,19 @@ TEST(PositionSlider, TellsTheTime) {
   ASSERT_NE(item, nullptr);
   EXPECT_EQ(QAccessible::queryAccessibleInterface(item)->text(QAccessible::Description),
             "1 minute 5 seconds of 1 hour");
+}
+
+TEST(PositionSlider, ElapsedTimeIsTheNearestSecondAndNeverBeyondTheLength) {
+  ScreenStage stage;
+  stage.load(1);
+  const auto slider = stage.screen().progressSlider1;
+  const auto elapsed = [&] {
+    auto* const node = stage.named("Position in film 1")->property("node").value<QObject*>();
+    return node->property("elapsed").toString();
+  };
+  stage.event([&] { slider->setValue(2.95F); });
+  EXPECT_EQ(elapsed(), "0:03");
+  stage.event([&] { slider->setMaximumValue(12.4F); });
+  stage.event([&] { slider->setValue(12.4F); });
+  EXPECT_EQ(elapsed(), "0:12");
 }

@@ -41,7 +41,8 @@ class TableTest : public testing::Test {
   }
   std::vector<std::string> chosen() {
     auto lines = stage.takeLines();
-    std::erase_if(lines, [](const auto& line) { return !line.starts_with("You tapped") && !line.starts_with("tab"); });
+    std::erase_if(lines,
+                  [](const auto& line) { return !line.starts_with("You tapped") && !line.starts_with("tab"); });
     return lines;
   }
 

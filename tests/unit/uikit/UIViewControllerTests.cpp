@@ -39,7 +39,8 @@ TEST_F(UIViewControllerTest, ASheetsSceneIsLaidOutAtTheSheetsSize) {
   launch();
   event([this] { root().performSegueWithIdentifier_sender("toFull", nullptr); });
   EXPECT_EQ(top().boxWhenLoaded, CGRectMake(0, 0, 1024, 640));
-  const auto& sheet = make<UIViewController>();
+  const auto sheet = make<UIViewController>();
+  sheet->setModalPresentationStyle(UIModalPresentationStyle::PageSheet);
   EXPECT_EQ(sheet->view()->frame(), CGRectMake(32, 32, 960, 576));
 }
 

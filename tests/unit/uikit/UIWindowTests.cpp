@@ -401,11 +401,22 @@ TEST_F(SheetTest, FullScreensAndTheRootScreenTakeTheWholeWindow) {
 }
 
 TEST_F(SheetTest, FollowsTheWindow) {
-  const auto shown = sheet("Sheet");
-  presented(root(), shown);
+  show("toSheet");
+  advance(1.0);
+  const auto shown = window()->topmostViewController();
   EXPECT_EQ(shown->view()->frame(), CGRectMake(32, 32, 960, 576));
   event([this] { window()->setSize({360, 740}); });
   EXPECT_EQ(shown->view()->frame(), CGRectMake(0, 24, 360, 716));
+}
+
+TEST_F(SheetTest, BuiltByCodeKeepsItsGeometryAndIsScaledToFitAndCentred) {
+  const auto shown = sheet("Sheet");
+  presented(root(), shown);
+  EXPECT_EQ(shown->view()->frame(), CGRectMake(32, 32, 960, 576));
+  event([this] { window()->setSize({480, 740}); });
+  EXPECT_EQ(shown->view()->bounds(), CGRectMake(0, 0, 960, 576));
+  EXPECT_EQ(shown->view()->scale(), 0.5);
+  EXPECT_EQ(shown->view()->frame(), CGRectMake(0, 24 + (716 - 288) / 2.0, 480, 288));
 }
 
 class TraitsTest : public WindowFixture {
