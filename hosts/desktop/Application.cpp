@@ -129,7 +129,9 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
   desktop::AccessPrompt prompt(layers);
   desktop::GuardedLibrary library(
       eventLoop, access, [&](auto answered) { prompt.ask(std::move(answered)); },
-      [&](auto folders) { return medialibrary::makeLibrary(eventLoop, {std::move(folders), {}}); });
+      [&](auto folders) {
+        return medialibrary::makeLibrary(eventLoop, {std::move(folders), {}});
+      });
   desktop::SettingsPage settings(layers, access, [&] { return library.contents(MPMediaTypeHomeVideo); });
   settingsPage = &settings;
 

@@ -113,10 +113,12 @@ class Program:
             return self.lines[since : self.lines.index(line, since) + 1]
 
     def wait_until_ready(self):
-        """Until it has said all that a start says, with access to the media library."""
+        """Until it has said all that a start says, has access to the media library, and is past the tutorial."""
         self.lines_up_to("viewDidAppear", 0, deadline=30.0)
         self.allow_library()
         self.lines_up_to(LIBRARY_IS_OPEN, 0, deadline=30.0)
+        if "tutorial" in self.lines:
+            self.pass_first_start()
 
     # Its window
 
@@ -174,6 +176,18 @@ class Program:
         if LIBRARY_IS_OPEN not in self.lines:
             self.press("Allow")
             self.wait_until_gone("Allow")
+
+    def pass_first_start(self):
+        """Goes through the tutorial, which a new user is shown a second after the start."""
+        self.wait_for("next")
+
+        def is_past():
+            button = self.find("next") or self.find("start")
+            if button is not None:
+                button.press()
+            return self.find("Choose videos")
+
+        until(is_past, "the end of the tutorial", pause=0.3)
 
     def open_list(self):
         self.press("Choose videos")
