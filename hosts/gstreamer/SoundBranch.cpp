@@ -43,6 +43,18 @@ constexpr const char* stereo =
 
 #undef QUILLOP_FLOAT_FORMAT
 
+/// Sinks pass over buffers that are marked as gaps, and one that keeps its own time passes over them without taking
+/// any: a track turned down to nothing would rush to its end. The silence in them is to be played like any sound.
+GstPadProbeReturn playGaps(GstPad*, GstPadProbeInfo* info, gpointer) {
+  GstBuffer* buffer = GST_PAD_PROBE_INFO_BUFFER(info);
+  if (GST_BUFFER_FLAG_IS_SET(buffer, GST_BUFFER_FLAG_GAP)) {
+    buffer = gst_buffer_make_writable(buffer);
+    GST_BUFFER_FLAG_UNSET(buffer, GST_BUFFER_FLAG_GAP);
+    info->data = buffer;
+  }
+  return GST_PAD_PROBE_OK;
+}
+
 /// The router's property: a list of two lists of weights.
 void setMatrix(GstElement& router, const Mix& mix) {
   GValue matrix = G_VALUE_INIT;
@@ -95,6 +107,8 @@ bool SoundBranch::build(GstBin& pipeline, std::string& reason) {
   device_.attach(*sink_);
   const Pad pad(gst_element_get_static_pad(entry_.get(), "sink"));
   gst_pad_add_probe(pad.get(), GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, seeEvent, this, nullptr);
+  const Pad end(gst_element_get_static_pad(sink_.get(), "sink"));
+  gst_pad_add_probe(end.get(), GST_PAD_PROBE_TYPE_BUFFER, playGaps, nullptr, nullptr);
   return true;
 }
 

@@ -78,6 +78,10 @@ void RunLoop::clear() {
   // What is let go may invalidate timers of its own, so both lists are empty by then.
   const auto blocks = std::exchange(queue_, {});
   const auto due = std::exchange(agenda_, {});
+  // A timer and the screen that keeps it hold each other until the timer is invalid.
+  for (const auto& [order, work] : due) {
+    if (work.timer) work.timer->invalidate();
+  }
 }
 
 void RunLoop::finishTurn() {

@@ -18,7 +18,12 @@ constexpr double sheetTop = 24;
 
 }  // namespace
 
-UIWindow::~UIWindow() = default;
+UIWindow::~UIWindow() {
+  // A screen that holds its presenter, as a list holds its delegate, would keep both of them.
+  for (const auto& presentation : presentations_) {
+    if (const auto presenter = presentation.controller->presentingViewController()) presenter->presented_ = nullptr;
+  }
+}
 
 void UIWindow::makeKeyAndVisible() {
   traits_ = UITraitCollection::forWindow(frame().size, Platform::current().ports().screen.isResizable());

@@ -261,6 +261,20 @@ class Film:
         self.tap()
         self.program.wait_for(self.closing)
 
+    def key_on(self, name, key):
+        """Presses a key on one of its controls. Where the Tab key takes too long to get there, the controls hide
+        themselves on the way, and it begins again."""
+        for _ in range(4):
+            self.show_controls()
+            try:
+                self.program.focus(name)
+            except NotInTime:
+                continue
+            self.program.stage.screen.key(key)
+            if self.program.find(self.closing) is not None:
+                return
+        raise AssertionError(f"the controls of film {self.number} always hide before the key is pressed")
+
     @property
     def closing(self):
         return f"Close film {self.number}"

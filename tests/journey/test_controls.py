@@ -27,9 +27,7 @@ class Controls(Journey):
         resumed = self.film1.wait_for_view(lambda view: view.time is not None and view.time > stood_at, "the film to go on")
         self.assertLess(resumed.time, stood_at + 5, "the film goes on where it stood")
 
-        self.film2.show_controls()
-        self.program.focus(self.film2.playing)
-        self.screen.key("Return")
+        self.film2.key_on(self.film2.playing, "Return")
         self.program.wait_for(self.film2.paused)
         self.hear_nothing(self.film2)
         self.assert_stands_still(self.film2)
@@ -45,15 +43,12 @@ class Controls(Journey):
         self.assertGreater(half.level(self.film1.channel), 0.25 * before.level(self.film1.channel))
         self.assert_as_loud_as(self.film2, before)
 
-        self.program.focus(self.film1.volume)
-        self.screen.key("Home")
+        self.film1.key_on(self.film1.volume, "Home")
         self.hear_nothing(self.film1)
         self.assert_as_loud_as(self.film2, before)
         self.wait_until_it_moves(self.film1)
 
-        self.film1.show_controls()
-        self.program.focus(self.film1.volume)
-        self.screen.key("End")
+        self.film1.key_on(self.film1.volume, "End")
         self.hear(self.film1, FILM_A)
         self.assert_as_loud_as(self.film1, before)
 
@@ -73,9 +68,7 @@ class Controls(Journey):
         self.hear_the_segment_that_is_seen(self.film1, FILM_A)
         self.assert_still_plays(self.film2, FILM_B)
 
-        self.film1.show_controls()
-        self.program.focus(self.film1.position)
-        self.screen.key("Home")
+        self.film1.key_on(self.film1.position, "Home")
         self.film1.wait_for_view(lambda view: view.time is not None and view.time < 4, "the beginning")
         self.sound.until(lambda sound: abs(sound.strongest(self.film1.channel) - FILM_A.tone_at(0)) < 6, "the beginning")
         self.assert_still_plays(self.film2, FILM_B)

@@ -111,6 +111,27 @@ TEST(SoundChannels, TheVolumeCanBeChangedWhileItPlays) {
   }));
 }
 
+TEST(SoundChannels, SoundComesBackAfterTheVolumeWasZero) {
+  Stage stage;
+  auto player = stage.sound(monoTone());
+  player->setPan(-1.0);
+  player->play();
+  stage.engine().commit();
+  const auto peakOfAMoment = [&stage] {
+    stage.recording().clear();
+    stage.loop().runFor(0.1);
+    return peak(stage.recording().sound().left);
+  };
+  ASSERT_TRUE(stage.until([&] { return peakOfAMoment() > 0.4F; }));
+  player->setVolume(0.0);
+  stage.engine().commit();
+  ASSERT_TRUE(stage.until([&] { return peakOfAMoment() == 0.0F; }));
+  EXPECT_EQ(stage.recording().gaps(), 0);
+  player->setVolume(1.0);
+  stage.engine().commit();
+  EXPECT_TRUE(stage.until([&] { return peakOfAMoment() > 0.4F; }));
+}
+
 TEST(SoundChannels, ThePanCanBeChangedWhileItPlays) {
   Stage stage;
   auto player = stage.sound(monoTone());

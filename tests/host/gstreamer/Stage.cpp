@@ -75,6 +75,7 @@ void Recording::take(GstElement& sink, const Sample& sample) {
   const auto position = gst_segment_to_stream_time(segment, GST_FORMAT_TIME, GST_BUFFER_PTS(buffer));
   {
     const std::lock_guard lock(mutex_);
+    if (GST_BUFFER_FLAG_IS_SET(buffer, GST_BUFFER_FLAG_GAP)) ++gaps_;
     for (std::size_t i = 0; i < frames; ++i) {
       sound_.left.push_back(samples[2 * i]);
       sound_.right.push_back(samples[2 * i + 1]);
@@ -88,6 +89,11 @@ void Recording::take(GstElement& sink, const Sample& sample) {
 Recording::Sound Recording::sound() const {
   const std::lock_guard lock(mutex_);
   return sound_;
+}
+
+int Recording::gaps() const {
+  const std::lock_guard lock(mutex_);
+  return gaps_;
 }
 
 void Recording::clear() {
