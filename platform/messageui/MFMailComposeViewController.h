@@ -18,8 +18,8 @@ class MFMailComposeViewControllerDelegate {
                                                                const Strong<NSError>& error) = 0;
 };
 
-/// Writes a mail in the user's own mail program. Presented, it hands the draft over, and once that is done reports that
-/// it finished: `Saved`, since the draft is now the mail program's, or `Failed`. Main thread only.
+/// Writes a mail in the user's own mail program. Presented, it hands the draft over, and once that is done reports
+/// that it finished: `Saved`, since the draft is now the mail program's, or `Failed`. Main thread only.
 class MFMailComposeViewController final : public UIViewController {
  public:
   /// Whether the user has a mail program that takes a draft with an HTML body.

@@ -76,8 +76,9 @@ void UIWindow::place(UIViewController& screen) const {
   const double scale = std::min(room.size.width / built.width, room.size.height / built.height);
   const CGSize size{built.width * scale, built.height * scale};
   view.setScale(scale);
-  view.setFrame({{room.origin.x + (room.size.width - size.width) / 2, room.origin.y + (room.size.height - size.height) / 2},
-                 size});
+  view.setFrame(
+      {{room.origin.x + (room.size.width - size.width) / 2, room.origin.y + (room.size.height - size.height) / 2},
+       size});
 }
 
 Strong<UIViewController> UIWindow::topmostViewController() const {
@@ -101,7 +102,8 @@ bool UIWindow::isTopmostAtRest(const UIViewController& controller) const {
 
 bool UIWindow::acceptsInputIn(const UIView& view) const {
   const auto top = topmostViewController();
-  return userInteractionEnabled_ && top && isTopmostAtRest(*top) && top->isViewLoaded() && top->view()->contains(view);
+  return userInteractionEnabled_ && top && isTopmostAtRest(*top) && top->isViewLoaded() &&
+         top->view()->contains(view);
 }
 
 bool UIWindow::canPresentOver(const UIViewController& presenter) const {

@@ -32,8 +32,9 @@ class UIWindow final : public UIView {
   /// views are laid out at the end of the turn.
   void setSize(CGSize size);
   const UITraitCollection& traitCollection() const { return traits_; }
-  /// The room that `controller` has in the window, by its presentation style. A view from the interface resource fills
-  /// it; one built by code keeps the geometry that it was built with, and the whole of it is scaled to fit and centred.
+  /// The room that `controller` has in the window, by its presentation style. A view from the interface resource
+  /// fills it; one built by code keeps the geometry that it was built with, and the whole of it is scaled to fit and
+  /// centred.
   CGRect frameForScreen(const UIViewController& controller) const;
 
   /// What lies over the root screen, from the bottom to the top.

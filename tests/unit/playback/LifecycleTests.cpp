@@ -188,9 +188,8 @@ TEST(FirstRun, TutorialCoversTheScreenWithoutTheScreenAsItsDelegate) {
   ASSERT_TRUE(pager);
   EXPECT_EQ(pager->modalPresentationStyle(), UIModalPresentationStyle::FullScreen);
   EXPECT_EQ(pager->delegate2, nullptr);
-  EXPECT_THAT(stage.takeLines(),
-              ElementsAre("initWithViews : [<UIImage: 1tutorial.jpg>, <UIImage: 2tutorial.jpg>]", "_pgcontrol : 26.0",
-                          leaveLine));
+  EXPECT_THAT(stage.takeLines(), ElementsAre("initWithViews : [<UIImage: 1tutorial.jpg>, <UIImage: 2tutorial.jpg>]",
+                                             "_pgcontrol : 26.0", leaveLine));
   EXPECT_FALSE(stage.fields().audio(1)->isPlaying());
 }
 
