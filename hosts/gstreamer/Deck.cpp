@@ -390,6 +390,7 @@ void Deck::reachEnd() {
 
 void Deck::close(std::function<void()> closed) {
   closing_ = true;
+  pipelineRuns_ = false;  // the watch over the device's lag ends here
   if (hasPipeline()) pipeline_->interrupt();
   worker_.queue()->post([pipeline = std::move(pipeline_), maker = maker_, engine = surroundings_->engine, closed] {
     if (pipeline) pipeline->close();
