@@ -56,6 +56,8 @@ ScreenStage::ScreenStage(Options options) : screen_(paintedArtwork, {}) {
 ScreenStage::~ScreenStage() {
   screen_.attach(nullptr);
   platform_.reset();
+  // A request that nobody answered keeps the screen that asked, and with it players of the engine that goes next.
+  host_.mediaLibrary.requests.clear();
 }
 
 const Strong<UIWindow>& ScreenStage::platformWindow() const {
