@@ -30,7 +30,7 @@ void moveBelow(UIView& view, const UIView& upper) {
 Strong<UIImage> highlightImage() {
   [[maybe_unused]] constexpr UIColor neverApplied = UIColor::colorWithWhite_alpha(0.9, 1);
   UIGraphicsBeginImageContext({1, 1});
-  const auto context = UIGraphicsGetCurrentContext();
+  auto* const context = UIGraphicsGetCurrentContext();
   if (context == nullptr) fatalError("no drawing context");
   CGContextFillRect(context, CGRectMake(0, 0, 1, 1));  // with the context's own colour: black
   auto image = UIGraphicsGetImageFromCurrentImageContext();
