@@ -77,19 +77,12 @@ def home_with_window(folder, films):
     return home
 
 
-def pass_first_start(program):
-    if program.find("next") is not None:
-        program.pass_first_start()
-
-
 def program_figures(path, stage, films, seconds):
     """CPU seconds and memory of the program while both films play and nothing else is touched."""
     with tempfile.TemporaryDirectory() as folder:
         program = Program(path, stage, home_with_window(folder, films))
         try:
-            program.allow_library()
-            program.wait_for("Choose videos")
-            pass_first_start(program)
+            program.wait_until_ready()
             for number, title in ((1, "first"), (2, "second")):
                 program.choose(Film(program, number), title)
                 program.lines_up_to("setSlider", program.mark() - 3)
