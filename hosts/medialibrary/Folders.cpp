@@ -14,7 +14,7 @@ namespace medialibrary {
 
 namespace {
 
-/// The specification wants relative paths in these variables to be ignored.
+/// The XDG standard wants relative paths in these variables to be ignored.
 std::optional<std::string> absolutePathIn(const char* variable) {
   const char* value = std::getenv(variable);
   if (value == nullptr || value[0] != '/') return std::nullopt;
