@@ -13,7 +13,6 @@ namespace medialibrary {
 namespace {
 
 constexpr std::string_view prefix = "image://artwork/";
-constexpr double patience = 10.0;  // seconds
 
 /// The average of the pixels of `still` that the pixel (column, row) of a picture of the size of `small` covers.
 void average(const probe::Still& still, probe::Still& small, int column, int row) {
@@ -53,13 +52,6 @@ probe::Still fitted(probe::Still still, int largestSide) {
   return small;
 }
 
-std::optional<probe::Still> made(const ThumbnailCache& cache, const std::string& path, int largestSide) {
-  const auto size = ThumbnailCache::sizeFor(largestSide);
-  auto still = probe::representativeStill(path, size ? sideOf(*size) : largestSide, patience);
-  if (still && size) cache.store(*size, *still);
-  return still;
-}
-
 }  // namespace
 
 std::string artworkSource(std::string_view path) {
@@ -67,15 +59,10 @@ std::string artworkSource(std::string_view path) {
   return std::string(prefix) + percentEncoded(path, unreservedMarks);
 }
 
-std::string pathOfArtwork(std::string_view encoded) {
-  return percentDecoded(encoded);
-}
-
-std::optional<probe::Still> artwork(const std::string& path, int largestSide) try {
+std::optional<probe::Still> keptArtwork(const std::string& path, int largestSide) try {
   const auto cache = ThumbnailCache::forFile(path);
   if (!cache || largestSide < 1) return std::nullopt;
   auto still = cache->find(largestSide);
-  if (!still) still = made(*cache, path, largestSide);
   if (!still) return std::nullopt;
   return fitted(std::move(*still), largestSide);
 } catch (const std::exception&) {

@@ -75,6 +75,10 @@ std::string cacheFolder() {
   return absolutePathIn("XDG_CACHE_HOME").value_or(homeFolder() + "/.cache");
 }
 
+std::string dataFolder() {
+  return absolutePathIn("XDG_DATA_HOME").value_or(homeFolder() + "/.local/share");
+}
+
 std::string videosFolder() {
   const auto named = namedVideosFolder();
   if (named && *named != homeFolder()) return *named;

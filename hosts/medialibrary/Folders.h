@@ -14,6 +14,9 @@ std::string homeFolder();
 /// specification).
 std::string cacheFolder();
 
+/// Where what an app has found out is kept: $XDG_DATA_HOME, or else `.local/share` of the home folder.
+std::string dataFolder();
+
 /// The videos folder that `user-dirs.dirs` names (xdg-user-dirs, "XDG_VIDEOS_DIR"), or else `Videos` of the home
 /// folder. Naming the home folder itself is how that file says that there is no such folder.
 std::string videosFolder();

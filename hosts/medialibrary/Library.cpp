@@ -1,14 +1,11 @@
 #include "hosts/medialibrary/Library.h"
 
-#include "hosts/medialibrary/Artwork.h"
 #include "hosts/medialibrary/Folders.h"
-#include "hosts/medialibrary/Looks.h"
-#include "hosts/medialibrary/Order.h"
-#include "hosts/medialibrary/VideoFiles.h"
-#include "hosts/probe/Text.h"
-#include "platform/foundation/Values.h"
+#include "hosts/medialibrary/Index.h"
+#include "hosts/medialibrary/Keeper.h"
 
-#include <algorithm>
+#include <cstdio>
+#include <filesystem>
 #include <utility>
 
 namespace medialibrary {
@@ -18,45 +15,27 @@ namespace {
 /// Somebody looks at a list that does not appear.
 constexpr double longestWait = 5.0;
 
-class Items final : public host::LibraryItems {
+class NoItems final : public host::LibraryItems {
  public:
-  explicit Items(std::vector<host::LibraryItem> items) : items_(std::move(items)) {}
-  std::size_t count() const override { return items_.size(); }
-  host::LibraryItem item(std::size_t index) const override { return items_.at(index); }
-
- private:
-  std::vector<host::LibraryItem> items_;
+  std::size_t count() const override { return 0; }
+  host::LibraryItem item(std::size_t /*index*/) const override { return {}; }
 };
 
-std::string titleOf(const VideoFile& file, const probe::FileFacts& facts) {
-  if (facts.title) return *facts.title;
-  const std::string name = file.path.substr(file.path.rfind('/') + 1);
-  const std::string withoutEnding = probe::lineOfText(name.substr(0, name.rfind('.')));
-  return withoutEnding.empty() ? probe::lineOfText(name) : withoutEnding;
-}
-
-bool isItem(const Looks::Facts& facts, std::uint64_t mediaType) {
-  return facts != nullptr && facts->media.duration > 0 && facts->hasPicture && facts->mediaType == mediaType;
-}
-
-struct Row {
-  const VideoFile* file = nullptr;
-  std::string title;
-  double duration = 0.0;
-};
-
-host::LibraryItem itemOf(Row row) {
-  return {NSURL::fileURLWithPath(row.file->path)->absoluteString(), std::move(row.title), row.duration,
-          artworkSource(row.file->path)};
-}
-
-class VideosInFolders final : public FolderLibrary {
+class IndexedLibrary final : public FolderLibrary {
  public:
-  VideosInFolders(host::MainLoop& mainLoop, LibraryOptions options)
+  IndexedLibrary(host::MainLoop& mainLoop, LibraryOptions options)
       : mainLoop_(mainLoop),
-        folders_(std::move(options.folders)),
-        order_(options.locale),
-        looks_([folders = folders_] { return videoFiles(folders); }) {}
+        keeper_({std::move(options.folders), std::move(options.locale), std::move(options.index),
+                 std::move(options.spare), std::move(options.indexer)},
+                [&loop = mainLoop_, told = told_] {
+                  loop.post([told] {
+                    if (*told) (*told)();
+                  });
+                }) {}
+
+  ~IndexedLibrary() override { *told_ = nullptr; }
+  IndexedLibrary(const IndexedLibrary&) = delete;
+  IndexedLibrary& operator=(const IndexedLibrary&) = delete;
 
   host::LibraryAccess access() const override { return host::LibraryAccess::Authorised; }
 
@@ -64,55 +43,96 @@ class VideosInFolders final : public FolderLibrary {
     mainLoop_.post([answer = std::move(answer)] { answer(host::LibraryAccess::Authorised); });
   }
 
+  /// Whoever stands before this library lets the person wait.
+  void prepare(std::function<void(bool isReady)> ready) override { ready(true); }
+
   std::shared_ptr<const host::LibraryItems> items(std::uint64_t mediaType) override {
-    const std::vector<VideoFile> files = videoFiles(folders_);
-    std::vector<Row> rows = rowsOf(files, looks_.facts(files, longestWait), mediaType);
-    std::sort(rows.begin(), rows.end(),
-              [this](const Row& left, const Row& right) { return standsBefore(left, right); });
-    std::vector<host::LibraryItem> items;
-    for (Row& row : rows) items.push_back(itemOf(std::move(row)));
-    return std::make_shared<const Items>(std::move(items));
+    return answer(std::shared_ptr<const host::LibraryItems>(std::make_shared<const NoItems>()),
+                  [&](const Index& index) { return index.items(mediaType); });
   }
 
-  void setFolders(std::vector<std::string> folders) override { folders_ = std::move(folders); }
+  void setFolders(std::vector<std::string> folders) override { keeper_.setFolders(std::move(folders)); }
 
   Contents contents(std::uint64_t mediaType) override {
-    const std::vector<Looks::Facts> facts = looks_.facts(videoFiles(folders_), 0.0);
+    const Keeper::State state = keeper_.state();
     Contents contents;
-    for (const Looks::Facts& each : facts) {
-      if (isItem(each, mediaType)) ++contents.items;
-      if (each == nullptr) ++contents.unknownFiles;
-    }
+    contents.isSearching = state.isSearching;
+    contents.unknownFiles = state.unknown;
+    if (!state.isOpen) return contents;
+    const Index::Counts counts = answer(Index::Counts{}, [&](const Index& index) { return index.counts(mediaType); });
+    contents.items = counts.items;
+    contents.unreadableFiles = counts.unreadable;
     return contents;
   }
 
- private:
-  static std::vector<Row> rowsOf(const std::vector<VideoFile>& files, const std::vector<Looks::Facts>& facts,
-                                 std::uint64_t mediaType) {
-    std::vector<Row> rows;
-    for (std::size_t i = 0; i < files.size(); ++i) {
-      if (!isItem(facts[i], mediaType)) continue;
-      rows.push_back({&files[i], titleOf(files[i], *facts[i]), facts[i]->media.duration});
-    }
-    return rows;
+  Progress progress() override {
+    const Keeper::State state = keeper_.state();
+    if (state.unknown == 0) return {};
+    return {state.done, state.done + state.unknown, state.secondsLeft};
   }
 
-  bool standsBefore(const Row& left, const Row& right) const {
-    const int order = order_.compare(left.title, right.title);
-    return order != 0 ? order < 0 : left.file->path < right.file->path;
+  std::vector<UnreadableFile> unreadableFiles(std::size_t most) override {
+    const auto files =
+        answer(std::vector<Index::UnreadableFile>{}, [&](const Index& index) { return index.unreadableFiles(most); });
+    std::vector<UnreadableFile> unreadable;
+    for (const auto& file : files) unreadable.push_back({file.path, file.reason});
+    return unreadable;
+  }
+
+  void rescan() override { keeper_.rescan(); }
+  void refresh() override { keeper_.refresh(); }
+  void setGentle(bool isGentle) override { keeper_.setPace(isGentle ? Pace::Gentle : Pace::Full); }
+  void setChanged(std::function<void()> changed) override { *told_ = std::move(changed); }
+
+ private:
+  /// What the index answers; `otherwise` where it cannot, and then it is rebuilt if that is because of damage.
+  template <class Value, class Question>
+  Value answer(Value otherwise, const Question& question) {
+    try {
+      if (!openReader()) return otherwise;
+      return question(*reader_);
+    } catch (const IndexError& error) {
+      std::fprintf(stderr, "the index of the media library: %s\n", error.what());
+      reader_ = nullptr;
+      if (error.isDamaged()) keeper_.rebuild();
+      return otherwise;
+    }
+  }
+
+  bool openReader() {
+    const auto file = keeper_.openIndex(longestWait);
+    if (!file) return false;
+    if (!reader_ || *file != readFile_) reader_ = Index::openForReading(*file);
+    readFile_ = *file;
+    return reader_ != nullptr;
   }
 
   host::MainLoop& mainLoop_;
-  std::vector<std::string> folders_;
-  Order order_;
-  Looks looks_;
+  std::shared_ptr<std::function<void()>> told_ = std::make_shared<std::function<void()>>();
+  Keeper keeper_;
+  std::unique_ptr<Index> reader_;  // closed before the keeper's connection, which tidies up after all others
+  std::string readFile_;
 };
 
 }  // namespace
 
 std::unique_ptr<FolderLibrary> makeLibrary(host::MainLoop& mainLoop, LibraryOptions options) {
   if (options.folders.empty()) options.folders.push_back(videosFolder());
-  return std::make_unique<VideosInFolders>(mainLoop, std::move(options));
+  if (options.index.empty()) options.index = indexFile();
+  if (options.indexer.empty()) options.indexer = indexerProgram();
+  return std::make_unique<IndexedLibrary>(mainLoop, std::move(options));
+}
+
+std::string indexFile() {
+  return dataFolder() + "/quillop/library.db";
+}
+
+std::string indexerProgram() {
+  std::error_code error;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  const std::filesystem::path beside = program.parent_path() / "quillop-indexer";
+  if (std::filesystem::exists(beside, error)) return beside.string();
+  return (program.parent_path().parent_path() / "libexec/quillop/quillop-indexer").string();
 }
 
 }  // namespace medialibrary

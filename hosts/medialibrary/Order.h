@@ -16,6 +16,15 @@ class Order {
   /// Negative, zero or positive: `left` stands before `right`, counts the same, or stands after it. UTF-8.
   int compare(const std::string& left, const std::string& right) const;
 
+  /// Bytes that stand in the order of titles when they are compared as numbers without sign, the first difference
+  /// deciding and the shorter one first: `compare` for those who store it. Only good beside keys of an order with the
+  /// same `name`.
+  std::string key(const std::string& title) const;
+
+  /// Changes whenever keys do: with the language's rules, and with the version of the library that makes them. Two
+  /// locales with the same rules have the same name.
+  std::string name() const;
+
  private:
   struct Collation;
   std::unique_ptr<Collation> collation_;

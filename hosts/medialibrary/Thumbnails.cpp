@@ -94,6 +94,12 @@ int sideOf(ThumbnailSize size) {
   return 128 << static_cast<int>(size);
 }
 
+std::string makeThumbnailFolder() {
+  std::string folder = cacheFolder() + "/thumbnails";
+  makeFolder(folder);
+  return folder;
+}
+
 std::optional<ThumbnailSize> ThumbnailCache::sizeFor(int largestSide) {
   const auto* found =
       std::find_if(sizes.begin(), sizes.end(), [&](auto size) { return sideOf(size) >= largestSide; });

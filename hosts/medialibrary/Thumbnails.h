@@ -14,6 +14,10 @@ enum class ThumbnailSize { Normal, Large, ExtraLarge, ExtraExtraLarge };
 /// The largest width and height of a thumbnail of this size, in pixels.
 int sideOf(ThumbnailSize size);
 
+/// Makes sure that there is a folder for the user's thumbnails, and names it. Where it cannot be made, nothing will
+/// be stored.
+std::string makeThumbnailFolder();
+
 /// The thumbnails of one file in the user's thumbnail cache, as the Thumbnail Managing Standard describes it:
 /// `thumbnails/SIZE/MD5.png` in the cache folder, where MD5 is that of the file's URI. URI and modification time are
 /// also in the picture's texts; a thumbnail counts only while both are right. Any thread, several processes at once.

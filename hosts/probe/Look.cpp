@@ -2,7 +2,9 @@
 #include "hosts/probe/MediaKind.h"
 #include "hosts/probe/MediaProbe.h"
 #include "hosts/probe/OpenMedia.h"
+#include "hosts/probe/Orientation.h"
 #include "hosts/probe/Protection.h"
+#include "hosts/probe/Still.h"
 #include "hosts/probe/Text.h"
 
 extern "C" {
@@ -126,6 +128,11 @@ std::optional<std::string> titleOf(const AVFormatContext& format) {
   return title;
 }
 
+int rotationOf(AVFormatContext& format) {
+  const AVStream* track = pictureTrack(format);
+  return track == nullptr ? 0 : degreesClockwise(orientationOf(*track));
+}
+
 FileFacts factsOf(OpenMedia& media) {
   AVFormatContext& format = media.format();
   FileFacts facts;
@@ -134,6 +141,7 @@ FileFacts factsOf(OpenMedia& media) {
   facts.media.tracks = tracksOf(format);
   facts.title = titleOf(format);
   facts.hasPicture = hasDecodablePicture(format);
+  facts.rotation = rotationOf(format);
   facts.mediaType = mediaKind(format, facts.hasPicture);
   facts.media.hasProtectedContent = isProtected(media);
   facts.reason = facts.media.hasProtectedContent ? "the file is protected" : whySoundFails(media);
@@ -147,17 +155,38 @@ FileFacts unreadable(std::string reason) {
   return facts;
 }
 
-}  // namespace
-
-FileFacts look(const std::string& path, double deadlineSeconds) try {
-  const Deadline deadline(deadlineSeconds);
+/// The facts of the file at `path`; `more` does what else is to be done while it is open and readable.
+template <class More>
+FileFacts lookInto(const std::string& path, const Deadline& deadline, const More& more) {
   std::string reason;
   const auto media = OpenMedia::open(path, deadline, reason);
   if (!media) return unreadable(std::move(reason));
   FileFacts facts = factsOf(*media);
-  return deadline.passed() ? unreadable(tooLate) : facts;
+  if (deadline.passed()) return unreadable(tooLate);
+  more(*media, facts);
+  return facts;
+}
+
+}  // namespace
+
+FileFacts look(const std::string& path, double deadlineSeconds) try {
+  return lookInto(path, Deadline(deadlineSeconds), [](OpenMedia&, const FileFacts&) {});
 } catch (const std::bad_alloc&) {
-  return unreadable("out of memory");
+  return unreadable(outOfMemory);
+}
+
+FactsAndStill lookWithStill(const std::string& path, int largestSide, double deadlineSeconds) try {
+  FactsAndStill result;
+  bool isSearched = false;
+  result.facts = lookInto(path, Deadline(deadlineSeconds), [&](OpenMedia& media, const FileFacts& facts) {
+    isSearched = facts.hasPicture && !facts.media.hasProtectedContent;
+    if (isSearched) result.still = findStill(media, largestSide, ReadingPosition::Elsewhere);
+  });
+  // What cannot be sought in is read from its beginning once more.
+  if (isSearched && !result.still) result.still = representativeStill(path, largestSide, deadlineSeconds);
+  return result;
+} catch (const std::bad_alloc&) {
+  return {unreadable(outOfMemory), std::nullopt};
 }
 
 }  // namespace probe

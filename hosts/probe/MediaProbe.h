@@ -26,7 +26,13 @@ struct FileFacts {
   std::uint64_t mediaType = 8192;
   /// A moving picture track (a cover image does not count) for whose format there is a decoder.
   bool hasPicture = false;
+  /// Degrees clockwise that make the picture upright: 0, 90, 180 or 270. A mirror image, which no turn makes upright,
+  /// counts by where the upper edge of its stored picture belongs.
+  int rotation = 0;
 };
+
+/// The reason of a file that needs more memory than the process may have.
+inline constexpr const char* outOfMemory = "out of memory";
 
 /// Looks into the file at `path` (bytes, as the file system has them). Blocks; any thread; never throws.
 /// `deadlineSeconds` bounds the look: past it the file counts as unreadable. (A read that the file system itself
@@ -45,5 +51,15 @@ struct Still {
 /// `largestSide` pixels, proportions kept, never enlarged. Blocks; any thread; never throws.
 /// None when no frame can be decoded, and for protected files.
 std::optional<Still> representativeStill(const std::string& path, int largestSide, double deadlineSeconds);
+
+/// What `look` and `representativeStill` tell, for little more than the price of one of them.
+struct FactsAndStill {
+  FileFacts facts;
+  std::optional<Still> still;
+};
+
+/// Both at once. Blocks; any thread; never throws. `deadlineSeconds` bounds the look and, once more, the search for
+/// the still in a file in which one cannot seek.
+FactsAndStill lookWithStill(const std::string& path, int largestSide, double deadlineSeconds);
 
 }  // namespace probe

@@ -1,5 +1,7 @@
 #include "hosts/probe/OpenMedia.h"
 
+#include "hosts/probe/MediaProbe.h"
+
 extern "C" {
 #include <libavutil/avstring.h>
 }
@@ -22,6 +24,7 @@ constexpr const char* containers =
     "nuv,yuv4mpegpipe,h264,hevc,m4v,vc1,mp3,wav,w64,flac,aac,ac3,eac3,dts,aiff,au,amr,caf,ape,wv,tta";
 
 std::string textOfError(int error) {
+  if (error == AVERROR(ENOMEM)) return outOfMemory;
   std::array<char, AV_ERROR_MAX_STRING_SIZE> text{};
   av_strerror(error, text.data(), text.size());
   return text.data();
@@ -92,7 +95,7 @@ bool OpenMedia::openFormat(std::string& reason) {
   AVIOContext* inputOutput = avio_alloc_context(buffer, bufferSize, 0, this, readBytes, nullptr, moveTo);
   AVFormatContext* format = avformat_alloc_context();
   if (inputOutput == nullptr || format == nullptr) {
-    reason = "out of memory";
+    reason = outOfMemory;
     if (inputOutput == nullptr) av_free(buffer);
     inputOutput_.reset(inputOutput);
     avformat_free_context(format);

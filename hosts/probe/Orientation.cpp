@@ -37,10 +37,18 @@ std::size_t pixelAt(const Still& still, int column, int row) {
 
 Orientation orientationOf(const AVStream& track, const AVFrame& frame) {
   const AVFrameSideData* own = av_frame_get_side_data(&frame, AV_FRAME_DATA_DISPLAYMATRIX);
-  if (own != nullptr) return orientationOf(own->data, own->size);
+  return own != nullptr ? orientationOf(own->data, own->size) : orientationOf(track);
+}
+
+Orientation orientationOf(const AVStream& track) {
   std::size_t count = 0;
   const void* bytes = av_stream_get_side_data(&track, AV_PKT_DATA_DISPLAYMATRIX, &count);
   return orientationOf(bytes, count);
+}
+
+int degreesClockwise(Orientation orientation) {
+  if (orientation.swapsSides) return orientation.mirrorsHorizontally ? 90 : 270;
+  return orientation.mirrorsVertically ? 180 : 0;
 }
 
 Still upright(const Still& stored, Orientation orientation) {

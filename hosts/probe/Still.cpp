@@ -1,6 +1,5 @@
-#include "hosts/probe/Handles.h"
-#include "hosts/probe/MediaProbe.h"
-#include "hosts/probe/OpenMedia.h"
+#include "hosts/probe/Still.h"
+
 #include "hosts/probe/Orientation.h"
 #include "hosts/probe/Protection.h"
 
@@ -103,9 +102,14 @@ bool isTelling(const Still& still) {
 /// Searches one film for its still.
 class Search {
  public:
-  Search(OpenMedia& media, AVStream& track, int largestSide)
-      : media_(media), track_(track), largestSide_(largestSide), decoder_(openDecoder(track)) {
+  Search(OpenMedia& media, AVStream& track, int largestSide, ReadingPosition position)
+      : media_(media),
+        track_(track),
+        largestSide_(largestSide),
+        decoder_(openDecoder(track)),
+        isAtStart_(position == ReadingPosition::Start) {
     media.selectOnly(track);
+    if (decoder_ && isShrunk()) decoder_->skip_loop_filter = AVDISCARD_ALL;
   }
 
   std::optional<Still> run() {
@@ -122,6 +126,12 @@ class Search {
   }
 
  private:
+  /// By so much that smoothing the edges between the stored blocks, which takes its time, cannot be seen.
+  bool isShrunk() const {
+    constexpr int factor = 3;
+    return std::max(track_.codecpar->width, track_.codecpar->height) / factor >= largestSide_;
+  }
+
   /// To the last key frame before `place`; where one cannot seek, the beginning has to do. False when that leads
   /// nowhere new.
   bool seek(double place) {
@@ -175,10 +185,11 @@ class Search {
   Packet packet_{av_packet_alloc()};
   Frame frame_{av_frame_alloc()};
   std::int64_t lastTried_ = AV_NOPTS_VALUE;
-  bool isAtStart_ = true;
+  bool isAtStart_;
 };
 
-/// The picture track to show: the best one that is no cover image.
+}  // namespace
+
 AVStream* pictureTrack(AVFormatContext& format) {
   const int best = av_find_best_stream(&format, AVMEDIA_TYPE_VIDEO, -1, -1, nullptr, 0);
   if (best >= 0 && !isAttachedPicture(*format.streams[best])) return format.streams[best];
@@ -189,16 +200,18 @@ AVStream* pictureTrack(AVFormatContext& format) {
   return nullptr;
 }
 
-}  // namespace
+std::optional<Still> findStill(OpenMedia& media, int largestSide, ReadingPosition position) {
+  AVStream* track = pictureTrack(media.format());
+  if (track == nullptr || largestSide < 1) return std::nullopt;
+  return Search(media, *track, largestSide, position).run();
+}
 
 std::optional<Still> representativeStill(const std::string& path, int largestSide, double deadlineSeconds) try {
   if (largestSide < 1) return std::nullopt;
   std::string reason;
   const auto media = OpenMedia::open(path, Deadline(deadlineSeconds), reason);
   if (!media || isProtected(*media)) return std::nullopt;
-  AVStream* track = pictureTrack(media->format());
-  if (track == nullptr) return std::nullopt;
-  return Search(*media, *track, largestSide).run();
+  return findStill(*media, largestSide, ReadingPosition::Start);
 } catch (const std::bad_alloc&) {
   return std::nullopt;
 }

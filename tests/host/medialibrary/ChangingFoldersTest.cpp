@@ -1,81 +1,72 @@
-#include "hosts/medialibrary/Library.h"
-
-#include "tests/host/probe/TemporaryFolder.h"
-#include "tests/support/Clips.h"
-
-#include <gtest/gtest.h>
-
-#include <thread>
+#include "tests/host/medialibrary/LibraryFixture.h"
 
 namespace {
 
-constexpr std::uint64_t homeVideo = 8192;
-constexpr std::uint64_t film = 256;
+constexpr std::uint64_t featureFilm = 256;
 
-class NoMainLoop final : public host::MainLoop {
- public:
-  double now() const override { return 0.0; }
-  void wakeAt(double) override {}
-  void post(std::function<void()>) override {}
-};
-
-class ChangingFolders : public testing::Test {
+class ChangingFolders : public LibraryFixture {
  protected:
   ChangingFolders() {
-    const std::string clip = clips::film("medialibrary-small.mp4", 64, 48, 1.0, 440, 1);
-    first_.copy(clip, "one.mp4");
-    second_.copy(clip, "two.mp4");
-    second_.copy(clip, "three.mp4");
+    first_.copy(film(), "one.mp4");
+    second_.copy(film(), "two.mp4");
+    second_.copy(film(), "three.mp4");
+    open({first_.path().string()});
   }
 
-  std::size_t count() { return library_->items(homeVideo)->count(); }
-  /// What is known once nothing is left to be looked into.
-  medialibrary::FolderLibrary::Contents settled() {
-    auto contents = library_->contents(homeVideo);
-    while (contents.unknownFiles > 0) {
-      std::this_thread::yield();
-      contents = library_->contents(homeVideo);
-    }
-    return contents;
-  }
+  void setFolders(std::vector<std::string> folders) { library_->setFolders(std::move(folders)); }
 
   TemporaryFolder first_;
   TemporaryFolder second_;
-  NoMainLoop mainLoop_;
-  std::unique_ptr<medialibrary::FolderLibrary> library_ =
-      medialibrary::makeLibrary(mainLoop_, {{first_.path().string()}, "C"});
 };
 
-TEST_F(ChangingFolders, TakeEffectAtTheNextQuery) {
-  EXPECT_EQ(count(), 1U);
-  const auto before = library_->items(homeVideo);
-  library_->setFolders({first_.path().string(), second_.path().string()});
-  EXPECT_EQ(count(), 3U);
-  library_->setFolders({second_.path().string()});
-  EXPECT_EQ(count(), 2U);
+TEST_F(ChangingFolders, TakeEffectOnceTheyHaveBeenSearched) {
+  EXPECT_EQ(items()->count(), 1U);
+  const auto before = items();
+  setFolders({first_.path().string(), second_.path().string()});
+  EXPECT_TRUE(library_->contents(homeVideo).isSearching) << "whoever asks now is told that there may be more";
+  EXPECT_EQ(items()->count(), 3U);
+  setFolders({second_.path().string()});
+  EXPECT_EQ(items()->count(), 2U);
   EXPECT_EQ(before->count(), 1U) << "an answer does not change any more";
 }
 
 TEST_F(ChangingFolders, MayBeNone) {
-  library_->setFolders({});
-  EXPECT_EQ(count(), 0U);
+  setFolders({});
+  EXPECT_EQ(items()->count(), 0U);
+}
+
+TEST_F(ChangingFolders, ThatComeBackAreNotLookedIntoAgain) {
+  EXPECT_EQ(items()->count(), 1U);
+  setFolders({});
+  EXPECT_EQ(items()->count(), 0U);
+  auto withoutIndexer = options({first_.path().string()});
+  withoutIndexer.indexer = "/nonexistent";
+  library_.reset();
+  library_ = medialibrary::makeLibrary(mainLoop_, withoutIndexer);
+  EXPECT_EQ(items()->count(), 1U);
 }
 
 TEST_F(ChangingFolders, ContentsAreKnownInTheEndWithoutAQuery) {
-  EXPECT_EQ(settled().items, 1U);
-  library_->setFolders({first_.path().string(), second_.path().string()});
-  const auto atOnce = library_->contents(homeVideo);
-  EXPECT_EQ(atOnce.items + atOnce.unknownFiles, 3U);
-  EXPECT_GE(atOnce.items, 1U) << "what was found in a folder that stays is known";
-  EXPECT_EQ(settled().items, 3U);
-  EXPECT_EQ(library_->contents(film).items, 0U);
+  settle();
+  EXPECT_EQ(library_->contents(homeVideo).items, 1U);
+  setFolders({first_.path().string(), second_.path().string()});
+  EXPECT_GE(library_->contents(homeVideo).items, 1U) << "what was found in a folder that stays is known";
+  settle();
+  EXPECT_EQ(library_->contents(homeVideo).items, 3U);
+  EXPECT_EQ(library_->contents(featureFilm).items, 0U);
 }
 
 TEST_F(ChangingFolders, ContentsLeaveOutWhatIsNoVideo) {
   first_.write("letter.mp4", "This is a letter.");
-  const auto contents = settled();
+  library_->rescan();
+  settle();
+  const auto contents = library_->contents(homeVideo);
   EXPECT_EQ(contents.items, 1U);
-  EXPECT_EQ(contents.unknownFiles, 0U);
+  EXPECT_EQ(contents.unreadableFiles, 1U);
+  const auto unreadable = library_->unreadableFiles(10);
+  ASSERT_EQ(unreadable.size(), 1U);
+  EXPECT_EQ(unreadable[0].path, first_ / "letter.mp4");
+  EXPECT_NE(unreadable[0].reason, "");
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace {
 
 constexpr double patience = 20.0;
@@ -213,6 +215,90 @@ TEST(Still, IsMissingWhereTheSamplesAreCutOff) {
 TEST(Still, IsMissingAtItsDeadlineAndForNoSize) {
   EXPECT_EQ(probe::representativeStill(twoColours(), 160, 0.0), std::nullopt);
   EXPECT_EQ(stillOf(twoColours(), 0), std::nullopt);
+}
+
+/// The numbers of `turned`, and how far that turns.
+struct Turn {
+  int a, b, c, d;
+  int degrees;
+};
+
+TEST(Rotation, IsClockwise) {
+  const TemporaryFolder folder;
+  for (const Turn& turn :
+       {Turn{1, 0, 0, 1, 0}, Turn{0, 1, -1, 0, 90}, Turn{-1, 0, 0, -1, 180}, Turn{0, -1, 1, 0, 270}}) {
+    const auto facts = probe::look(turned(folder, turn.a, turn.b, turn.c, turn.d), patience);
+    EXPECT_EQ(facts.rotation, turn.degrees);
+  }
+}
+
+TEST(Rotation, OfMirrorImagesIsThatOfTheUpperEdge) {
+  const TemporaryFolder folder;
+  for (const Turn& turn :
+       {Turn{-1, 0, 0, 1, 0}, Turn{0, -1, -1, 0, 90}, Turn{1, 0, 0, -1, 180}, Turn{0, 1, 1, 0, 270}}) {
+    const auto facts = probe::look(turned(folder, turn.a, turn.b, turn.c, turn.d), patience);
+    EXPECT_EQ(facts.rotation, turn.degrees);
+  }
+}
+
+TEST(Rotation, IsNoneWithoutAPicture) {
+  EXPECT_EQ(
+      probe::look(clips::clip("probe-only-sound.m4a", {"-f", "lavfi", "-i", "sine=duration=1"}), patience).rotation,
+      0);
+}
+
+std::string filmWithSound(const std::string& name, const std::vector<std::string>& options) {
+  std::vector<std::string> arguments = {"-i", clips::film("probe-film-with-sound.mp4", 160, 120, 6.0, 440, 2)};
+  arguments.insert(arguments.end(), options.begin(), options.end());
+  return clips::clip(name, arguments);
+}
+
+/// Files in which one can seek and in which one cannot, with sound before the picture and without any.
+std::vector<std::string> filmsOfManyKinds() {
+  return {
+      twoColours(),
+      covered("probe-black-beginning.mp4", "black", "lt(t,2)"),
+      filmWithSound("probe-both.mp4", {"-c", "copy"}),
+      filmWithSound("probe-both.mkv", {"-c", "copy"}),
+      filmWithSound("probe-both.avi", {"-c", "copy"}),
+      filmWithSound("probe-both.ts", {"-c", "copy"}),
+      filmWithSound("probe-both.mpg", {"-c:v", "mpeg2video", "-c:a", "mp2", "-r", "25"}),
+      filmWithSound("probe-both.flv", {"-c", "copy", "-ar", "44100"}),
+      filmWithSound("probe-both.h264", {"-c", "copy", "-an"}),
+      filmWithSound("probe-fragments.mp4", {"-c", "copy", "-movflags", "frag_keyframe+empty_moov"}),
+      filmWithSound("probe-sound-first.mkv", {"-map", "0:a", "-map", "0:v", "-c", "copy"}),
+      filmWithSound("probe-sound-alone.mka", {"-vn", "-c", "copy"}),
+  };
+}
+
+bool isSame(const probe::FileFacts& one, const probe::FileFacts& other) {
+  const auto sameTracks = [](const host::TrackFacts& left, const host::TrackFacts& right) {
+    return left.identifier == right.identifier && left.kind == right.kind;
+  };
+  return one.media.readable == other.media.readable && one.media.soundOpens == other.media.soundOpens &&
+         one.media.duration == other.media.duration && one.reason == other.reason && one.title == other.title &&
+         one.hasPicture == other.hasPicture && one.rotation == other.rotation &&
+         std::equal(one.media.tracks.begin(), one.media.tracks.end(), other.media.tracks.begin(),
+                    other.media.tracks.end(), sameTracks);
+}
+
+TEST(LookWithStill, TellsWhatBothTellAlone) {
+  for (const auto& film : filmsOfManyKinds()) {
+    const auto both = probe::lookWithStill(film, 128, patience);
+    const auto still = stillOf(film, 128);
+    EXPECT_TRUE(isSame(both.facts, probe::look(film, patience))) << film;
+    ASSERT_EQ(both.still.has_value(), still.has_value()) << film;
+    EXPECT_EQ(still.has_value(), both.facts.hasPicture) << film;
+    EXPECT_TRUE(!still || both.still->bgrx == still->bgrx) << film;
+  }
+}
+
+TEST(LookWithStill, HasNoStillOfWhatIsNoFilm) {
+  const TemporaryFolder folder;
+  const auto both = probe::lookWithStill(folder.write("text.mp4", "no film"), 128, patience);
+  EXPECT_FALSE(both.facts.media.readable);
+  EXPECT_NE(both.facts.reason, "");
+  EXPECT_FALSE(both.still);
 }
 
 }  // namespace

@@ -5,7 +5,6 @@
 #include <compare>
 #include <cstdint>
 #include <string>
-#include <vector>
 
 namespace medialibrary {
 
@@ -20,10 +19,5 @@ struct VideoFile {
 
   auto operator<=>(const VideoFile&) const = default;
 };
-
-/// The regular files in `folders` and below whose names end like those of videos. Hidden files and folders are left
-/// out. Links are followed, but each file is listed once and each folder searched once, under the name that is
-/// found first; names are searched in the order of their bytes. What cannot be read is left out. Opens no file.
-std::vector<VideoFile> videoFiles(const std::vector<std::string>& folders);
 
 }  // namespace medialibrary

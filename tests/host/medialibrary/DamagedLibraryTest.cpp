@@ -1,0 +1,49 @@
+#include "tests/host/medialibrary/LibraryFixture.h"
+
+#include <fstream>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class DamagedLibrary : public LibraryFixture {
+ protected:
+  std::string index() const { return system_ / "data/library.db"; }
+};
+
+TEST_F(DamagedLibrary, IsSetAsideAndMadeAnew) {
+  folder_.copy(film(), "a.mp4");
+  EXPECT_EQ(titles(), Texts({"a"}));
+  library_.reset();
+  std::ofstream(index(), std::ios::binary) << std::string(100'000, 'x');
+  EXPECT_EQ(titles(), Texts({"a"}));
+  EXPECT_TRUE(fs::exists(index() + ".damaged"));
+}
+
+TEST_F(DamagedLibrary, IsFoundWhileTheLibraryIsInUse) {
+  for (int i = 0; i < 50; ++i) folder_.copy(film(), "film " + std::to_string(i) + ".mp4");
+  EXPECT_EQ(titles().size(), 50U);
+  library_.reset();  // what is still in the log goes into the file
+  open();
+  settle();
+  const auto size = fs::file_size(index());
+  std::fstream file(index(), std::ios::binary | std::ios::in | std::ios::out);
+  file.seekp(4096);
+  file << std::string(size - 4096, '\x55');
+  file.close();
+  EXPECT_TRUE(comesToPass([this] {
+    const auto found = library_->items(homeVideo);
+    return fs::exists(index() + ".damaged") && found->count() == 50;
+  }));
+}
+
+TEST_F(DamagedLibrary, ThatCannotBeWrittenIsKeptElsewhere) {
+  folder_.copy(film(), "a.mp4");
+  system_.write("data", "a file where the folder should be");
+  auto elsewhere = options({folder_.path().string()});
+  elsewhere.spare = system_ / "spare/library.db";
+  library_ = medialibrary::makeLibrary(mainLoop_, elsewhere);
+  EXPECT_EQ(titles(), Texts({"a"}));
+}
+
+}  // namespace
