@@ -36,6 +36,12 @@ class MediaLibrary {
   /// Asks the user where that is still open, and answers with the access that holds then: on the main thread, in
   /// a later turn, never from within this call.
   virtual void requestAccess(std::function<void(LibraryAccess)> answer) = 0;
+  /// To be asked before a list of the library is shown. Calls `ready` exactly once: with true when a list shown now
+  /// would be right, or where waiting any longer would tell no more; with false when the person did not want to wait.
+  /// Either from within this call, or later, on the main thread and in a turn of its own. A library that makes the
+  /// person wait shows how far it is, and how to go on without waiting. Without access the answer is true: there is
+  /// nothing to wait for.
+  virtual void prepare(std::function<void(bool isReady)> ready) = 0;
   /// Every item whose media kind is `mediaType` (the container's own tag; a home video, 8192, without one), in
   /// the library's order: title by the user's collation with numbers by value, then path. Only what has a
   /// duration, a picture and an address is an item. None when the library cannot be queried at all.

@@ -35,6 +35,7 @@ class Resources {
     std::string source;  ///< how the screen host finds it again, for example "qrc:/images/play.svg"
     double width = 0;    ///< natural size in points
     double height = 0;
+    std::string description;  ///< what it shows, for those who do not see it; empty for one that only decorates
   };
 
   virtual ~Resources() = default;

@@ -3,12 +3,13 @@
 #include "platform/Platform.h"
 
 Strong<NSObject> MPMediaItem::valueForProperty(const std::string& property) const {
-  if (property == MPMediaItemPropertyTitle) return item_.title ? make<NSString>(*item_.title) : nullptr;
-  if (property == MPMediaItemPropertyPlaybackDuration) return NSNumber::numberWithDouble(item_.duration);
-  if (property == MPMediaItemPropertyArtwork) return make<MPMediaItemArtwork>(item_.artworkSource);
+  const host::LibraryItem item = items_->item(index_);
+  if (property == MPMediaItemPropertyTitle) return item.title ? make<NSString>(*item.title) : nullptr;
+  if (property == MPMediaItemPropertyPlaybackDuration) return NSNumber::numberWithDouble(item.duration);
+  if (property == MPMediaItemPropertyArtwork) return make<MPMediaItemArtwork>(item.artworkSource);
   if (property == MPMediaItemPropertyAssetURL) {
-    Platform::current().ports().mediaEngine.expect(item_.url);
-    return NSURL::URLWithString(item_.url);
+    Platform::current().ports().mediaEngine.expect(item.url);
+    return NSURL::URLWithString(item.url);
   }
   return nullptr;
 }

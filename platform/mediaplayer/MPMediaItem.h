@@ -4,6 +4,8 @@
 #include "platform/host/MediaLibrary.h"
 #include "platform/uikit/UIImage.h"
 
+#include <cstddef>
+#include <memory>
 #include <string>
 
 inline constexpr const char* MPMediaItemPropertyMediaType = "mediaType";
@@ -24,15 +26,18 @@ class MPMediaItemArtwork final : public NSObject {
   std::string source_;
 };
 
-/// One item of the media library.
+/// One item of the media library, which keeps the query's answer that it is part of: a hundred thousand of them have
+/// to fit into a list.
 class MPMediaItem : public NSObject {
  public:
-  explicit MPMediaItem(host::LibraryItem item) : item_(std::move(item)) {}
+  MPMediaItem(std::shared_ptr<const host::LibraryItems> items, std::size_t index)
+      : items_(std::move(items)), index_(index) {}
 
   /// The value of a property in its own class (`NSString`, `NSNumber`, `MPMediaItemArtwork`, `NSURL`), or none.
   /// Asking for the address tells the media engine that the film is about to be played.
   virtual Strong<NSObject> valueForProperty(const std::string& property) const;
 
  private:
-  host::LibraryItem item_;
+  std::shared_ptr<const host::LibraryItems> items_;
+  std::size_t index_;
 };

@@ -16,6 +16,6 @@ std::optional<MPMediaQuery::Items> MPMediaQuery::items() const {
   if (!found) return std::nullopt;
   Items items;
   items.reserve(found->count());
-  for (std::size_t i = 0; i < found->count(); ++i) items.push_back(make<MPMediaItem>(found->item(i)));
+  for (std::size_t i = 0; i < found->count(); ++i) items.push_back(make<MPMediaItem>(found, i));
   return items;
 }

@@ -61,6 +61,9 @@ constexpr std::array<std::pair<std::string_view, UIModalPresentationStyle>, 2> p
     {"fullScreen", UIModalPresentationStyle::FullScreen},
     {"pageSheet", UIModalPresentationStyle::PageSheet},
 }};
+constexpr std::array<std::pair<std::string_view, UIStoryboard::Condition>, 1> conditions{{
+    {"mediaLibrary", UIStoryboard::Condition::MediaLibraryPrepared},
+}};
 constexpr std::array<std::pair<std::string_view, UIViewContentMode>, 3> contentModes{{
     {"fill", UIViewContentMode::ScaleToFill},
     {"fit", UIViewContentMode::ScaleAspectFit},
@@ -194,6 +197,7 @@ class SceneBuilder {
     const auto controller = strongReference(&controller_);
     if (const auto value = node.attribute("rowHeight")) table.setRowHeight(number(value));
     if (const auto value = node.attribute("tintColor")) table.setTintColor(colour(value));
+    if (const auto value = node.attribute("emptyText")) table.setEmptyText(value.value());
     if (node.attribute("dataSource")) {
       table.setDataSource(adopted<UITableViewDataSource>(controller, "a table's data source"));
     }
@@ -289,7 +293,9 @@ Strong<UIViewController> UIStoryboard::instantiateViewController(const std::stri
 UIStoryboard::Segue UIStoryboard::segue(const std::string& sceneClass, const std::string& identifier) const {
   const auto found = document_->scene(sceneClass).find_child_by_attribute("segue", "identifier", identifier.c_str());
   if (!found) stop("there is no segue " + identifier);
-  return {found.attribute("destination").value(), oneOf(found.attribute("presentation"), presentationStyles)};
+  const auto waitsFor = found.attribute("waitsFor");
+  return {found.attribute("destination").value(), oneOf(found.attribute("presentation"), presentationStyles),
+          waitsFor ? oneOf(waitsFor, conditions) : Condition::None};
 }
 
 void UIStoryboard::buildView(const std::string& sceneClass, UIViewController& controller) const {

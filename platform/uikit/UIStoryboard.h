@@ -13,11 +13,13 @@
 /// `id`; `outlet`; `tag`; `action`; `accessibilityLabel`; `hidden`; `clips`; `backgroundColor`, `textColor`,
 /// `tintColor` ("#RRGGBB" or "#RRGGBBAA"); `text`; `title`; `image`; `contentMode` (fill, fit, fillCropped);
 /// `fontSize`; `bold`; `alignment` (left, center, right); `cornerRadius`; `minimum`, `maximum`, `value`, `step`;
-/// `rowHeight`; `dataSource` and `delegate` (only "controller"). Position: `left`, `right`, `width`, `centerX`,
+/// `rowHeight`; `emptyText` (what a table shows when it has no rows); `dataSource` and `delegate` (only
+/// "controller"). Position: `left`, `right`, `width`, `centerX`,
 /// `top`, `bottom`, `height`, `centerY`, each a fraction of the parent plus points ("50% - 16"); a child element
 /// `<portrait .../>` or `<landscape .../>` replaces those that it names in that orientation. Besides views a scene
-/// holds `<segue identifier destination presentation/>` (destination is a scene's class, presentation `pageSheet` or
-/// `fullScreen`) and
+/// holds `<segue identifier destination presentation [waitsFor]/>` (destination is a scene's class, presentation
+/// `pageSheet` or `fullScreen`; with `waitsFor="mediaLibrary"` the segue runs once the media library is prepared for
+/// being listed) and
 /// `<film number view overlay playPause close position volume/>`, which name views by their `id`.
 ///
 /// The resource is part of the program: whatever is wrong in it stops the app.
@@ -35,9 +37,13 @@ class UIStoryboard final : public NSObject {
   /// A new controller of the scene of that class; its view is not loaded yet.
   Strong<UIViewController> instantiateViewController(const std::string& sceneClass);
 
+  /// What a segue waits for before it runs.
+  enum class Condition { None, MediaLibraryPrepared };
+
   struct Segue {
     std::string destinationClass;
     UIModalPresentationStyle presentationStyle;
+    Condition condition = Condition::None;
   };
   /// The segue of that scene; stops the app when there is none.
   Segue segue(const std::string& sceneClass, const std::string& identifier) const;

@@ -16,7 +16,13 @@ void UITableView::setTintColor(UIColor color) {
   changed();
 }
 
+void UITableView::setEmptyText(std::string text) {
+  emptyText_ = std::move(text);
+  changed();
+}
+
 void UITableView::reloadData() {
+  isReloaded_ = true;
   needsReload_ = true;
   setNeedsLayout();
 }

@@ -41,11 +41,17 @@ class UITableView final : public UIScrollView {
   void setRowHeight(double height);
   UIColor tintColor() const { return tintColor_; }
   void setTintColor(UIColor color);
+  /// What is shown in the place of rows while `isKnownToBeEmpty`; nothing where it is empty itself.
+  const std::string& emptyText() const { return emptyText_; }
+  void setEmptyText(std::string text);
 
   /// Forgets the number of rows and every cell; they are asked for again at the next layout.
   void reloadData();
   /// As of the last layout.
   long numberOfRows() const { return numberOfRows_; }
+  /// Whether the data source, asked for its rows since it called for that with `reloadData`, has none. Before, a
+  /// table is merely one that nobody has filled yet.
+  bool isKnownToBeEmpty() const { return isReloaded_ && !needsReload_ && numberOfRows_ == 0; }
   /// A cell that went out of sight, made with that identifier; none when there is none. No cell class is ever
   /// registered here, so a table begins with none.
   Strong<UITableViewCell> dequeueReusableCellWithIdentifier(const std::string& identifier);
@@ -72,7 +78,9 @@ class UITableView final : public UIScrollView {
   std::vector<Strong<UITableViewCell>> reusable_;
   double rowHeight_ = 72;
   UIColor tintColor_ = UIColor::whiteColor();
+  std::string emptyText_;
   long numberOfRows_ = 0;
   std::uint64_t generation_ = 0;
   bool needsReload_ = true;
+  bool isReloaded_ = false;
 };

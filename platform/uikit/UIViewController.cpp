@@ -1,5 +1,6 @@
 #include "platform/uikit/UIViewController.h"
 
+#include "platform/Platform.h"
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIStoryboard.h"
 #include "platform/uikit/UIStoryboardSegue.h"
@@ -36,11 +37,39 @@ void UIViewController::performSegueWithIdentifier_sender(const std::string& iden
   const auto description = storyboard_->segue(scene_, identifier);
   const auto window = UIApplication::sharedApplication()->keyWindow();
   if (!window || !window->canPresentOver(*this)) return;
+  window->reservePresentation(strongReference(this));
+  if (description.condition == UIStoryboard::Condition::MediaLibraryPrepared) {
+    runSegueOncePrepared(identifier, sender);
+  } else {
+    runReservedSegue(identifier, sender);
+  }
+}
+
+void UIViewController::runReservedSegue(const std::string& identifier, const Strong<NSObject>& sender) {
+  const auto description = storyboard_->segue(scene_, identifier);
   const auto self = strongReference(this);
   const auto destination = storyboard_->instantiateViewController(description.destinationClass);
   destination->setModalPresentationStyle(description.presentationStyle);
   prepareForSegue_sender(make<UIStoryboardSegue>(identifier, self, destination), sender);
-  presentViewController_animated_completion(destination, true);
+  UIApplication::sharedApplication()->keyWindow()->presentReserved(self, destination, true);
+}
+
+void UIViewController::runSegueOncePrepared(const std::string& identifier, const Strong<NSObject>& sender) {
+  // The sender may be this screen itself, which a library that takes its time is not to keep.
+  const auto kept = sender.get() == static_cast<const NSObject*>(this) ? nullptr : sender;
+  const bool isOwnSegue = sender != nullptr && kept == nullptr;
+  const Weak<UIWindow> window = UIApplication::sharedApplication()->keyWindow();
+  const auto run = [screen = weakReference(this), window, identifier, kept, isOwnSegue](bool isReady) {
+    const auto there = window.lock();
+    if (!there) return;
+    const auto self = screen.lock();
+    if (isReady && self && there->canPresentReserved(*self)) {
+      self->runReservedSegue(identifier, isOwnSegue ? self : kept);
+    } else {
+      there->cancelReservation(self);
+    }
+  };
+  Platform::current().ports().mediaLibrary.prepare(run);
 }
 
 void UIViewController::presentViewController_animated_completion(const Strong<UIViewController>& controller,

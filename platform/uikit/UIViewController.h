@@ -51,6 +51,10 @@ class UIViewController : public UIResponder {
                                       const Strong<NSObject>& /*sender*/) {}
   /// Runs the segue of that identifier. Refused, without any effect, while this screen presents another already or
   /// a presentation or dismissal is under way. Stops the app when the scene has no such segue.
+  ///
+  /// A segue that waits for the media library runs within this call where the library is prepared already. Otherwise
+  /// its presentation is pending until the library is: no control of this screen acts, and what is presented over it
+  /// waits its turn. Where the person does not want to wait, or this screen is gone by then, nothing happens.
   void performSegueWithIdentifier_sender(const std::string& identifier, const Strong<NSObject>& sender);
 
   /// Presents `controller` over this screen. Waits its turn where this screen is not in the window yet, presents
@@ -87,6 +91,8 @@ class UIViewController : public UIResponder {
   friend class UIWindow;
 
   void loadView();
+  void runReservedSegue(const std::string& identifier, const Strong<NSObject>& sender);
+  void runSegueOncePrepared(const std::string& identifier, const Strong<NSObject>& sender);
 
   Strong<UIStoryboard> storyboard_;
   std::string scene_;

@@ -97,13 +97,18 @@ bool UIWindow::isShown(const UIViewController& controller) const {
 }
 
 bool UIWindow::isTopmostAtRest(const UIViewController& controller) const {
-  return visible_ && !isInTransition() && topmostViewController().get() == &controller;
+  return visible_ && !isInTransition() && !hasReservation(controller) && topmostViewController().get() == &controller;
 }
 
 bool UIWindow::acceptsInputIn(const UIView& view) const {
   const auto top = topmostViewController();
   return userInteractionEnabled_ && top && isTopmostAtRest(*top) && top->isViewLoaded() &&
          top->view()->contains(view);
+}
+
+void UIWindow::setUserInteractionEnabled(bool enabled) {
+  userInteractionEnabled_ = enabled;
+  if (enabled) startWaiting();
 }
 
 bool UIWindow::canPresentOver(const UIViewController& presenter) const {
@@ -123,18 +128,54 @@ void UIWindow::dismiss(const Strong<UIViewController>& controller, bool animated
   startWaiting();
 }
 
+void UIWindow::reservePresentation(const Strong<UIViewController>& presenter) {
+  waiting_.push_back({Waiting::Kind::Reservation, presenter, nullptr, false, nullptr});
+}
+
+bool UIWindow::hasReservation(const UIViewController& presenter) const {
+  return std::any_of(waiting_.begin(), waiting_.end(), [&](const Waiting& each) {
+    return each.kind == Waiting::Kind::Reservation && each.presenter.lock().get() == &presenter;
+  });
+}
+
+bool UIWindow::canPresentReserved(const UIViewController& presenter) const {
+  return visible_ && !isInTransition() && hasReservation(presenter) && topmostViewController().get() == &presenter;
+}
+
+void UIWindow::presentReserved(const Strong<UIViewController>& presenter, const Strong<UIViewController>& controller,
+                               bool animated) {
+  for (auto& each : waiting_) {
+    if (each.kind != Waiting::Kind::Reservation || each.presenter.lock() != presenter) continue;
+    each = {Waiting::Kind::Presentation, presenter, controller, animated, nullptr};
+    break;
+  }
+  startWaiting();
+}
+
+void UIWindow::cancelReservation(const Strong<UIViewController>& presenter) {
+  std::erase_if(waiting_, [&](const Waiting& each) {
+    return each.kind == Waiting::Kind::Reservation && each.presenter.lock() == presenter;
+  });
+  startWaiting();
+}
+
 bool UIWindow::canStart(const Waiting& waiting) const {
-  if (isInTransition()) return false;
+  if (isInTransition() || waiting.kind == Waiting::Kind::Reservation) return false;
   if (waiting.kind == Waiting::Kind::Dismissal) return true;
+  if (!userInteractionEnabled_ && waiting.controller->coversItsPresenter()) return false;
   const auto presenter = waiting.presenter.lock();
   return presenter && isTopmostAtRest(*presenter);
 }
 
+/// Not what a screen that has gone wanted to present, nor a second dismissal of the same screen.
+bool UIWindow::canStillStart(const Waiting& waiting) const {
+  if (waiting.kind == Waiting::Kind::Dismissal) return isShown(*waiting.controller);
+  const auto presenter = waiting.presenter.lock();
+  return presenter && (waiting.kind == Waiting::Kind::Presentation || isShown(*presenter));
+}
+
 void UIWindow::startWaiting() {
-  // What a screen that has gone wanted to present, or a second dismissal of the same screen, can never start.
-  std::erase_if(waiting_, [this](const Waiting& each) {
-    return each.kind == Waiting::Kind::Dismissal ? !isShown(*each.controller) : each.presenter.expired();
-  });
+  std::erase_if(waiting_, [this](const Waiting& each) { return !canStillStart(each); });
   const auto next =
       std::find_if(waiting_.begin(), waiting_.end(), [this](const Waiting& each) { return canStart(each); });
   if (next == waiting_.end()) return;

@@ -41,12 +41,14 @@ class UIWindow final : public UIView {
   const std::vector<Presentation>& presentations() const { return presentations_; }
   /// The topmost screen; the root screen where nothing is presented.
   Strong<UIViewController> topmostViewController() const;
-  /// No presentation or dismissal is pending or running, and `controller` is the topmost screen.
+  /// `controller` is the topmost screen, no presentation or dismissal is running, and none is reserved over it.
   bool isTopmostAtRest(const UIViewController& controller) const;
   /// Whether anything in the window takes input; true at first. False while the host shows something over the window
-  /// that is not the app's, such as a question of the system's.
+  /// that is not the app's, such as a question of the system's. Meanwhile a full-screen presentation waits, so that
+  /// the screen beneath the question stays the one over which it was asked; an alert may come.
   bool isUserInteractionEnabled() const { return userInteractionEnabled_; }
-  void setUserInteractionEnabled(bool enabled) { userInteractionEnabled_ = enabled; }
+  /// To be called in a turn: what waited for it starts at once.
+  void setUserInteractionEnabled(bool enabled);
   /// Whether input in `view` counts: it lies in the topmost screen, at rest, and the window takes input.
   bool acceptsInputIn(const UIView& view) const;
   bool canPresentOver(const UIViewController& presenter) const;
@@ -54,6 +56,19 @@ class UIWindow final : public UIView {
   void present(const Strong<UIViewController>& presenter, const Strong<UIViewController>& controller, bool animated,
                std::function<void()> completion);
   void dismiss(const Strong<UIViewController>& controller, bool animated, std::function<void()> completion);
+
+  /// Keeps a place in the line of presentations for a screen that `presenter` cannot present yet. Until it is used or
+  /// cancelled that presentation counts as pending: nothing in `presenter` takes input, and whatever else is
+  /// presented over it comes afterwards. The place is lost when `presenter` leaves the window. `presenter` is not
+  /// kept alive.
+  void reservePresentation(const Strong<UIViewController>& presenter);
+  /// Whether `presenter` has a place reserved and is still the topmost screen, not on its way out.
+  bool canPresentReserved(const UIViewController& presenter) const;
+  /// Presents `controller` in the place that `presenter` reserved; does nothing where there is none.
+  void presentReserved(const Strong<UIViewController>& presenter, const Strong<UIViewController>& controller,
+                       bool animated);
+  /// What waited behind the place goes on. `presenter` is null where it is gone already.
+  void cancelReservation(const Strong<UIViewController>& presenter);
 
   /// Views that changed in any way since the last call, each once, in the order of their first change. Those that
   /// left the window meanwhile are not among them. For the screen host, once per frame.
@@ -65,9 +80,9 @@ class UIWindow final : public UIView {
 
  private:
   struct Waiting {
-    enum class Kind { Presentation, Dismissal } kind;
+    enum class Kind { Presentation, Dismissal, Reservation } kind;
     Weak<UIViewController> presenter;
-    Strong<UIViewController> controller;
+    Strong<UIViewController> controller;  // none for a reservation
     bool animated;
     std::function<void()> completion;
   };
@@ -77,6 +92,8 @@ class UIWindow final : public UIView {
   bool isShown(const UIViewController& controller) const;
   void startWaiting();
   bool canStart(const Waiting& waiting) const;
+  bool canStillStart(const Waiting& waiting) const;
+  bool hasReservation(const UIViewController& presenter) const;
   void startPresentation(const Waiting& work);
   void endPresentation(const Waiting& work);
   void startDismissal(const Waiting& work);

@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
 namespace clips {
 
@@ -79,6 +81,17 @@ std::string truncated(const std::string& path, const std::string& name, long byt
   const fs::path part = unfinished(copy);
   fs::copy_file(path, part, fs::copy_options::overwrite_existing);
   fs::resize_file(part, static_cast<std::uintmax_t>(bytes));
+  fs::rename(part, copy);
+  return copy.string();
+}
+
+std::string edited(const std::string& path, const std::string& name, const std::function<void(std::string&)>& edit) {
+  const fs::path copy = folder() / name;
+  const fs::path part = unfinished(copy);
+  std::ifstream original(path, std::ios::binary);
+  std::string bytes(std::istreambuf_iterator<char>(original), {});
+  edit(bytes);
+  std::ofstream(part, std::ios::binary) << bytes;
   fs::rename(part, copy);
   return copy.string();
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,9 @@ std::string film(const std::string& name, int width, int height, double seconds,
 
 /// A copy of `path` cut after `bytes` bytes.
 std::string truncated(const std::string& path, const std::string& name, long bytes);
+
+/// A copy of `path` with its bytes changed by `edit`.
+std::string edited(const std::string& path, const std::string& name, const std::function<void(std::string&)>& edit);
 
 /// The `file:` URL of `path`.
 std::string urlOf(const std::string& path);

@@ -75,7 +75,8 @@ std::optional<std::string> Resources::text(const std::string& name) const {
 std::optional<host::Resources::Picture> Resources::picture(const std::string& name) const {
   const std::string file = name.find('.') == std::string::npos ? name + ".svg" : name;
   if (!std::filesystem::exists(std::filesystem::path(QUILLOP_RESOURCES) / "images" / file)) return std::nullopt;
-  return Picture{"qrc:/images/" + file, 24, 24};
+  const auto description = text("images/" + std::filesystem::path(file).stem().string() + ".txt").value_or("");
+  return Picture{"qrc:/images/" + file, 24, 24, description.substr(0, description.find('\n'))};
 }
 
 void Mail::finish(bool handedOver) {
@@ -148,24 +149,25 @@ Player* MediaEngine::player(const std::string& name) const {
   return found == players_.end() ? nullptr : found->second;
 }
 
-namespace {
-
-class Listing final : public host::LibraryItems {
- public:
-  explicit Listing(std::vector<host::LibraryItem> items) : items_(std::move(items)) {}
-  std::size_t count() const override { return items_.size(); }
-  host::LibraryItem item(std::size_t index) const override { return items_.at(index); }
-
- private:
-  std::vector<host::LibraryItem> items_;
-};
-
-}  // namespace
-
 std::shared_ptr<const host::LibraryItems> MediaLibrary::items(std::uint64_t mediaType) {
   ++queries;
   if (fails) return nullptr;
-  return std::make_shared<Listing>(itemsByType[mediaType]);
+  return std::make_shared<LibraryItems>(itemsByType[mediaType]);
+}
+
+void MediaLibrary::prepare(std::function<void(bool)> ready) {
+  if (holdsPreparations) {
+    preparations.push_back(std::move(ready));
+  } else {
+    ready(true);
+  }
+}
+
+void MediaLibrary::answerPreparations(bool isReady) {
+  for (const auto& ready : std::exchange(preparations, {})) {
+    const RunLoop::Turn turn(RunLoop::main());
+    ready(isReady);
+  }
 }
 
 void MediaLibrary::answerRequests(host::LibraryAccess access) {

@@ -174,19 +174,35 @@ class MediaEngine final : public host::MediaEngine {
   bool uncommitted_ = false;
 };
 
+class LibraryItems final : public host::LibraryItems {
+ public:
+  explicit LibraryItems(std::vector<host::LibraryItem> items) : items_(std::move(items)) {}
+  std::size_t count() const override { return items_.size(); }
+  host::LibraryItem item(std::size_t index) const override { return items_.at(index); }
+
+ private:
+  std::vector<host::LibraryItem> items_;
+};
+
 class MediaLibrary final : public host::MediaLibrary {
  public:
   host::LibraryAccess access() const override { return currentAccess; }
   void requestAccess(std::function<void(host::LibraryAccess)> answer) override {
     requests.push_back(std::move(answer));
   }
+  /// Answers at once, unless `holdsPreparations`.
+  void prepare(std::function<void(bool)> ready) override;
   std::shared_ptr<const host::LibraryItems> items(std::uint64_t mediaType) override;
 
+  /// The library is ready now for those who wait for that, or they no longer want to wait.
+  void answerPreparations(bool isReady);
   /// Answers the open requests with `access`, whatever the current one is.
   void answerRequests(host::LibraryAccess access);
 
   host::LibraryAccess currentAccess = host::LibraryAccess::Authorised;
   std::vector<std::function<void(host::LibraryAccess)>> requests;
+  bool holdsPreparations = false;
+  std::vector<std::function<void(bool)>> preparations;
   std::map<std::uint64_t, std::vector<host::LibraryItem>> itemsByType;
   bool fails = false;
   int queries = 0;

@@ -29,7 +29,9 @@ class Receiver final : public passoVideoProtocol {
 class ItemWithout final : public MPMediaItem {
  public:
   ItemWithout(std::string missing, Strong<NSObject> instead)
-      : MPMediaItem({Stage::url("x.mp4"), "x", 5, "image://artwork/x"}),
+      : MPMediaItem(std::make_shared<simulated::LibraryItems>(
+                        std::vector<host::LibraryItem>{{Stage::url("x.mp4"), "x", 5, "image://artwork/x"}}),
+                    0),
         missing_(std::move(missing)),
         instead_(std::move(instead)) {}
   Strong<NSObject> valueForProperty(const std::string& property) const override {

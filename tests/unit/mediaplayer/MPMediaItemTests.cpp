@@ -8,6 +8,11 @@ using testing::ElementsAre;
 
 namespace {
 
+Strong<MPMediaItem> itemOf(host::LibraryItem item) {
+  return make<MPMediaItem>(std::make_shared<simulated::LibraryItems>(std::vector<host::LibraryItem>{std::move(item)}),
+                           0);
+}
+
 class MPMediaItemTest : public BarePlatform {
  protected:
   template <class T>
@@ -15,8 +20,7 @@ class MPMediaItemTest : public BarePlatform {
     return std::dynamic_pointer_cast<T>(item->valueForProperty(property));
   }
 
-  Strong<MPMediaItem> item =
-      make<MPMediaItem>(host::LibraryItem{"file:///videos/mare.mp4", "mare", 3725.9, "image://artwork/mare"});
+  Strong<MPMediaItem> item = itemOf({"file:///videos/mare.mp4", "mare", 3725.9, "image://artwork/mare"});
 };
 
 TEST_F(MPMediaItemTest, GivesEachPropertyInItsOwnClass) {
@@ -33,12 +37,12 @@ TEST_F(MPMediaItemTest, HasNoOtherProperty) {
 }
 
 TEST_F(MPMediaItemTest, MayHaveNoTitle) {
-  item = make<MPMediaItem>(host::LibraryItem{"file:///videos/mare.mp4", std::nullopt, 1, ""});
+  item = itemOf({"file:///videos/mare.mp4", std::nullopt, 1, ""});
   EXPECT_EQ(item->valueForProperty(MPMediaItemPropertyTitle), nullptr);
 }
 
 TEST_F(MPMediaItemTest, AnAddressThatIsNoneIsNone) {
-  item = make<MPMediaItem>(host::LibraryItem{"no address", "mare", 1, ""});
+  item = itemOf({"no address", "mare", 1, ""});
   EXPECT_EQ(item->valueForProperty(MPMediaItemPropertyAssetURL), nullptr);
 }
 

@@ -45,6 +45,28 @@ TEST(Navigation, ChooseButtonWithAccessOpensTheListOnTheNextTurn) {
   EXPECT_EQ(stage.list()->delegate.get(), static_cast<passoVideoProtocol*>(&stage.screen()));
 }
 
+TEST(Navigation, ListOpensOnceTheLibraryIsPrepared) {
+  Stage stage;
+  stage.host.mediaLibrary.holdsPreparations = true;
+  stage.pressChoose();
+  stage.pressChoose();
+  EXPECT_THAT(stage.takeLines(), ElementsAre("listaVideo", "posso caricare la lista :"));
+  EXPECT_EQ(stage.list(), nullptr);
+  stage.host.mediaLibrary.answerPreparations(true);
+  EXPECT_THAT(stage.takeLines(), ElementsAre("prepare", "segue"));
+  EXPECT_TRUE(stage.list());
+}
+
+TEST(Navigation, InfoDoesNotWaitForTheLibrary) {
+  Stage stage;
+  stage.host.mediaLibrary.holdsPreparations = true;
+  {
+    const RunLoop::Turn turn(RunLoop::main());
+    stage.screen().info(nullptr);
+  }
+  EXPECT_THAT(stage.takeLines(), ElementsAre("info", "prepare"));
+}
+
 TEST(Navigation, ChooseButtonWhileNotDeterminedShowsUnknownError) {
   Stage stage;
   stage.host.mediaLibrary.currentAccess = LibraryAccess::NotDetermined;

@@ -27,7 +27,7 @@ class PicturesOnly final : public host::Resources {
   std::optional<std::string> text(const std::string&) const override { return std::nullopt; }
   std::optional<Picture> picture(const std::string& name) const override {
     if (name != "play") return std::nullopt;
-    return Picture{"qrc:/images/play.svg", 24, 12};
+    return Picture{"qrc:/images/play.svg", 24, 12, "A triangle."};
   }
 };
 
@@ -158,9 +158,11 @@ TEST_F(UIStoryboardTest, ReadsTheAttributesOfASlider) {
 }
 
 TEST_F(UIStoryboardTest, ReadsTheAttributesOfATable) {
-  const auto table = viewOf<UITableView>("<UITableView rowHeight='60' tintColor='#000000'/>");
+  const auto table = viewOf<UITableView>("<UITableView rowHeight='60' tintColor='#000000' emptyText='None yet.'/>");
   EXPECT_EQ(table->rowHeight(), 60);
   EXPECT_EQ(table->tintColor(), UIColor::blackColor());
+  EXPECT_EQ(table->emptyText(), "None yet.");
+  EXPECT_EQ(viewOf<UITableView>("<UITableView/>")->emptyText(), "");
 }
 
 TEST_F(UIStoryboardTest, AChildIsPlacedInItsParent) {
@@ -260,6 +262,16 @@ TEST_F(UIStoryboardTest, AControllerKeepsItsStoryboard) {
   EXPECT_NE(screen->view()->viewWithTag(4), nullptr);
 }
 
+TEST_F(UIStoryboardTest, ASegueSaysWhatItWaitsFor) {
+  const auto storyboard = make<UIStoryboard>(
+      "Test",
+      "<storyboard><scene class='Root'>"
+      "<segue identifier='a' destination='Sheet' presentation='pageSheet' waitsFor='mediaLibrary'/>"
+      "<segue identifier='b' destination='Sheet' presentation='pageSheet'/></scene></storyboard>");
+  EXPECT_EQ(storyboard->segue("Root", "a").condition, UIStoryboard::Condition::MediaLibraryPrepared);
+  EXPECT_EQ(storyboard->segue("Root", "b").condition, UIStoryboard::Condition::None);
+}
+
 class UIStoryboardDeathTest : public UIStoryboardTest {
  protected:
   void expectStop(const std::string& elements, const std::string& reason) {
@@ -302,6 +314,14 @@ TEST_F(UIStoryboardDeathTest, ASegueMustSayHowItPresents) {
       "<segue identifier='b' destination='Sheet'/></scene></storyboard>");
   EXPECT_DEATH(storyboard->segue("Root", "a"), "presentation has no value popover");
   EXPECT_DEATH(storyboard->segue("Root", "b"), "has no value");
+}
+
+TEST_F(UIStoryboardDeathTest, ASegueWaitsForNothingElse) {
+  const auto storyboard = make<UIStoryboard>(
+      "Test",
+      "<storyboard><scene class='Root'>"
+      "<segue identifier='a' destination='Sheet' presentation='pageSheet' waitsFor='rain'/></scene></storyboard>");
+  EXPECT_DEATH(storyboard->segue("Root", "a"), "waitsFor has no value rain");
 }
 
 TEST_F(UIStoryboardDeathTest, StopsAtAnUnknownViewClass) {
@@ -381,6 +401,7 @@ TEST_F(UIImageTest, IsFoundByItsName) {
   EXPECT_EQ(image->source(), "qrc:/images/play.svg");
   EXPECT_EQ(image->name(), "play");
   EXPECT_EQ(image->size(), (CGSize{24, 12}));
+  EXPECT_EQ(image->accessibilityLabel(), "A triangle.");
 }
 
 TEST_F(UIImageTest, IsNoneWhereThereIsNoPictureOfThatName) {

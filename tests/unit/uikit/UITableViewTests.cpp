@@ -65,6 +65,27 @@ TEST_F(UITableViewTest, DoesNotAskWhenNothingChanged) {
   EXPECT_THAT(takeLines(), IsEmpty());
 }
 
+TEST_F(UITableViewTest, IsKnownToBeEmptyOnceItsReloadFoundNoRows) {
+  EXPECT_FALSE(table().isKnownToBeEmpty());
+  root().rows = 0;
+  event([this] {
+    table().reloadData();
+    EXPECT_FALSE(table().isKnownToBeEmpty());
+  });
+  EXPECT_TRUE(table().isKnownToBeEmpty());
+  reload(1);
+  EXPECT_FALSE(table().isKnownToBeEmpty());
+}
+
+TEST_F(UITableViewTest, ThatNobodyReloadedIsNotKnownToBeEmpty) {
+  const auto fresh = make<UITableView>(CGRectMake(0, 0, 100, 50));
+  const auto source = make<NotedScreen>("Source");
+  fresh->setDataSource(source);
+  event([&] { root().view()->addSubview(fresh); });
+  EXPECT_EQ(fresh->numberOfRows(), 0);
+  EXPECT_FALSE(fresh->isKnownToBeEmpty());
+}
+
 TEST_F(UITableViewTest, TheFirstTableIsAskedFirst) {
   const auto second = make<UITableView>(CGRectMake(0, 0, 100, 50));
   const auto other = make<NotedScreen>("Other");

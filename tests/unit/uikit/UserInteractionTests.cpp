@@ -40,4 +40,15 @@ TEST_F(UserInteractionTest, AnAlertMayComeMeanwhileButWaitsForItsAnswer) {
   EXPECT_EQ(pressed, 1);
 }
 
+TEST_F(UserInteractionTest, AFullScreenWaitsUntilTheWindowTakesInputAgain) {
+  const auto screen = make<UIViewController>();
+  screen->setModalPresentationStyle(UIModalPresentationStyle::FullScreen);
+  window()->setUserInteractionEnabled(false);
+  event([&] { root().presentViewController_animated_completion(screen, true); });
+  finishTransition();
+  EXPECT_EQ(window()->topmostViewController().get(), &root());
+  event([&] { window()->setUserInteractionEnabled(true); });
+  EXPECT_EQ(window()->topmostViewController(), screen);
+}
+
 }  // namespace

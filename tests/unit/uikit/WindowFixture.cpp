@@ -18,11 +18,13 @@ constexpr const char* screens = R"(
     <UITableView outlet="table" dataSource="controller" delegate="controller" rowHeight="50"
                  right="0" width="200" top="0" height="200"/>
     <segue identifier="toSheet" destination="Sheet" presentation="pageSheet"/>
+    <segue identifier="toListing" destination="Sheet" presentation="pageSheet" waitsFor="mediaLibrary"/>
     <segue identifier="toFull" destination="Full" presentation="fullScreen"/>
   </scene>
   <scene class="Sheet">
     <UIButton outlet="button" action="pressed:" left="0" top="0" width="100" height="44"/>
     <segue identifier="toFull" destination="Full" presentation="fullScreen"/>
+    <segue identifier="toListing" destination="Full" presentation="fullScreen" waitsFor="mediaLibrary"/>
   </scene>
   <scene class="Full">
     <UIView outlet="box" left="0" right="0" top="0" bottom="0"/>
