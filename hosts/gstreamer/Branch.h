@@ -27,6 +27,8 @@ class Branch {
   virtual void expectStill(bool expected) = 0;
   /// The pipeline is about to be sought, or stands still: times of before do not count any more.
   virtual void standStill() {}
+  /// Whether something was put up since then. Any thread.
+  virtual bool hasStill() const { return true; }
   /// Seconds by which what comes out is behind the pipeline's time, where that can be told. May block.
   virtual std::optional<double> lag() const { return std::nullopt; }
   /// Lets everything come out `seconds` later than its time. Any thread, once built.

@@ -1,6 +1,8 @@
 #include "hosts/gstreamer/Conductor.h"
 
 #include <algorithm>
+#include <iterator>
+#include <optional>
 
 namespace gstreamer {
 
@@ -83,6 +85,36 @@ void Conductor::deckIsReady(Deck& deck) {
 void Conductor::deckLags(const Deck& sound, double lag) {
   for (const auto& deck : decks_) {
     if (deck->kind() == Deck::Kind::Picture && deck->url() == sound.url()) deck->followSound(lag);
+  }
+}
+
+std::vector<std::shared_ptr<Deck>> Conductor::decksOf(const std::string& url) const {
+  std::vector<std::shared_ptr<Deck>> found;
+  std::copy_if(decks_.begin(), decks_.end(), std::back_inserter(found),
+               [&url](const auto& deck) { return deck->url() == url; });
+  return found;
+}
+
+/// The end of a film is the end of its longest track, so it is known once the end of each kind is. That is a fact of
+/// the file, for every deck that plays it.
+void Conductor::deckRanDry(const Deck& dry) {
+  const auto decks = decksOf(dry.url());
+  double end = 0.0;
+  for (const auto kind : {Deck::Kind::Picture, Deck::Kind::Sound}) {
+    std::optional<double> endOfKind;
+    for (const auto& deck : decks) {
+      const auto told = deck->endOf(kind);
+      if (told && (!endOfKind || *told < *endOfKind)) endOfKind = told;
+    }
+    if (!endOfKind) return;
+    end = std::max(end, *endOfKind);
+  }
+  for (const auto& deck : decks) deck->endAt(end);
+}
+
+void Conductor::deckIsRefused(const Deck& refused) {
+  for (const auto& deck : decksOf(refused.url())) {
+    if (deck.get() != &refused) deck->refuse();
   }
 }
 

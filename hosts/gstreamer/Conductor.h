@@ -5,6 +5,7 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -22,6 +23,8 @@ class Conductor final : public std::enable_shared_from_this<Conductor> {
   void perform(const Transaction& transaction);
   void deckIsReady(Deck& deck);
   void deckLags(const Deck& sound, double lag);
+  void deckRanDry(const Deck& deck);
+  void deckIsRefused(const Deck& deck);
   void close(const std::shared_ptr<Deck>& deck);
   void closeAll();
   /// Leaves to themselves the threads that are stuck closing.
@@ -36,6 +39,7 @@ class Conductor final : public std::enable_shared_from_this<Conductor> {
     std::vector<std::shared_ptr<Deck>> decks;
   };
 
+  std::vector<std::shared_ptr<Deck>> decksOf(const std::string& url) const;
   void leaveGroup(const Deck& deck);
   void startTogether(std::vector<std::shared_ptr<Deck>> decks);
   bool isComplete(const Group& group) const;

@@ -4,8 +4,10 @@
 #include "hosts/gstreamer/SoundBranch.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 namespace gstreamer {
 
@@ -19,17 +21,35 @@ constexpr double tolerableLatenessOfSound = 0.005;
 /// How far ahead of the timeline a late pipeline is brought, to be there when the timeline arrives.
 constexpr double headStart = 0.25;
 constexpr int mostSkips = 3;
+/// A pipeline that is further ahead than this is not started yet: one that waits cannot be told anything.
+constexpr double mostAhead = 0.5;
 /// How often the sound device is compared with the clock.
 constexpr Instant lagInterval = nanoseconds(0.2);
 /// A device that is later than this did not drift but stall, and the sound skips what it missed.
 constexpr double stall = 0.15;
 /// So many comparisons in a row tell a stall from a guess of the server.
 constexpr int certainStall = 3;
+/// A skip that brings less than this was no use.
+constexpr double leastGain = 0.05;
 /// Nothing is heard before it was handed over; a server that says so is still guessing.
 constexpr double mostLead = -0.05;
+/// No device is this far from the clock for long. After it stood still, a server may tell for tens of seconds that it
+/// is seconds ahead or behind while it is not: the time that it tells never goes back, even where it was a wrong
+/// guess.
+constexpr double absurdLag = 3.0;
 /// How far the picture is moved at a time: at this interval a change of speed by a twentieth, which nobody sees.
 constexpr double leastDelayStep = 0.001;
 constexpr double mostDelayStep = 0.01;
+/// A file states its duration less precisely than this.
+constexpr double statedRoughly = 0.5;
+/// How often a file that grows is opened again where it had come to its end.
+constexpr Instant growth = nanoseconds(1.0);
+/// What is left out after damage, one attempt after the other, before the track is given up.
+constexpr std::array leaps = {0.5, 1.0, 4.0, 12.0};
+/// Damage that is met after so many good seconds is other damage.
+constexpr double goodSeconds = 5.0;
+/// So many failed attempts at a sound device say that it does not come back soon.
+constexpr int hopeless = 2;
 /// A film's last picture begins at least this long before its end.
 constexpr double lastPicture = 0.1;
 
@@ -101,6 +121,7 @@ void Deck::moveTo(double position) {
   settlesAt_ = quickly ? time + settling : 0;
   atEnd_ = false;
   broken_ = false;
+  damages_ = 0;
   standStill(target);
   aim_ = target;
 }
@@ -150,9 +171,13 @@ void Deck::learn() {
 void Deck::learned(const host::MediaFacts& facts) {
   busy_ = false;
   learned_ = true;
-  const auto wanted = setup_.kind == Kind::Picture ? host::TrackKind::Video : host::TrackKind::Audio;
-  hasStream_ = std::any_of(facts.tracks.begin(), facts.tracks.end(),
-                           [wanted](const host::TrackFacts& track) { return track.kind == wanted; });
+  const auto has = [&facts](host::TrackKind kind) {
+    return std::any_of(facts.tracks.begin(), facts.tracks.end(),
+                       [kind](const host::TrackFacts& track) { return track.kind == kind; });
+  };
+  const bool picture = has(host::TrackKind::Video), sound = has(host::TrackKind::Audio);
+  hasStream_ = setup_.kind == Kind::Picture ? picture : sound;
+  hasOther_ = setup_.kind == Kind::Picture ? sound : picture;
   setup_.timeline->setLength(facts.duration);
   if (!facts.readable) fail();
   advance();
@@ -173,10 +198,13 @@ void Deck::openPipeline() {
   };
   setup.troubled = tell(&Deck::inspect);
   setup.drained = tell(&Deck::drained);
+  setup.sinkTaken = surroundings_->options.soundTaken;
   pipeline_ = std::make_shared<Pipeline>(std::move(setup));
   aim_.reset();
-  standsAt_ = pipelineTarget(running_ ? position() + headStart : position());
-  submit([target = standsAt_](Pipeline& pipeline) { return pipeline.open(target); });
+  standsAt_ = pipelineTarget((running_ ? position() + headStart : position()) + std::exchange(leap_, 0.0));
+  submit([target = standsAt_, precision = precisionAt(standsAt_)](Pipeline& pipeline) {
+    return pipeline.open(target, precision);
+  });
 }
 
 std::unique_ptr<Branch> Deck::makeBranch() const {
@@ -210,9 +238,8 @@ void Deck::seekPipeline() {
   }
   standsAt_ = pipelineTarget(*aim_);
   if (settled) aim_.reset();
-  submit([target = standsAt_, settled](Pipeline& pipeline) {
-    return pipeline.seek(target, settled ? Precision::Exact : Precision::KeyFrame);
-  });
+  const auto precision = settled ? precisionAt(standsAt_) : Precision::KeyFrame;
+  submit([target = standsAt_, precision](Pipeline& pipeline) { return pipeline.seek(target, precision); });
 }
 
 /// At the very end there is no picture any more; the last one is meant.
@@ -222,22 +249,37 @@ double Deck::pipelineTarget(double position) const {
   return std::clamp(position, 0.0, std::max(0.0, length - lastPicture));
 }
 
+/// A film that runs shows its last picture anyway. One that stands still goes back to it, but where a track that is
+/// stated to be longer ends, leaps are tried first: to go back would hide that nothing came.
+Precision Deck::precisionAt(double position) const {
+  const bool mayGoBack = setup_.kind == Kind::Picture && !running_ && (dryFrom_ || !endsEarly(position));
+  return mayGoBack ? Precision::ExactOrLast : Precision::Exact;
+}
+
 void Deck::submit(Work work) {
   busy_ = true;
   worker_.queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_, work] {
     const bool well = work(*pipeline);
-    engine->post([weak, pipeline, well] {
+    const Outcome outcome{well, pipeline->isEmpty(), pipeline->isEmpty() && pipeline->hasGrown()};
+    engine->post([weak, pipeline, outcome] {
       const auto deck = weak.lock();
-      if (deck && deck->pipeline_ == pipeline) deck->finished(well);
+      if (deck && deck->pipeline_ == pipeline) deck->finished(outcome);
     });
   });
 }
 
-void Deck::finished(bool well) {
+void Deck::finished(const Outcome& outcome) {
   busy_ = false;
   const auto trouble = pipeline_->trouble();
-  if (well && !trouble) {
-    advance();
+  if (outcome.well && !trouble) {
+    everReady_ = true;
+    failedRetries_ = 0;
+    lastReason_.clear();
+    if (outcome.isEmpty && !aim_ && !dryFrom_ && endsEarly(standsAt_)) {
+      runDry(outcome.hasGrown);
+    } else {
+      advance();
+    }
   } else {
     handle(trouble.value_or(Trouble{Trouble::Where::Media, "the pipeline could not be prepared"}));
   }
@@ -250,7 +292,9 @@ void Deck::inspect() {
 }
 
 void Deck::handle(const Trouble& trouble) {
-  std::fprintf(stderr, "%s: %s\n", setup_.path.c_str(), trouble.reason.c_str());
+  // Attempts at a device that is away fail alike for as long as it stays away.
+  if (trouble.reason != lastReason_) std::fprintf(stderr, "%s: %s\n", setup_.path.c_str(), trouble.reason.c_str());
+  lastReason_ = trouble.reason;
   dropPipeline();
   switch (trouble.where) {
     case Trouble::Where::Sink:
@@ -260,7 +304,12 @@ void Deck::handle(const Trouble& trouble) {
       hardware_ = Hardware::Avoided;
       break;
     case Trouble::Where::Media:
-      fail();
+      if (everReady_) {
+        passDamage();
+      } else {
+        fail();
+        surroundings_->deckIsRefused(*this);
+      }
       break;
   }
   advance();
@@ -269,6 +318,7 @@ void Deck::handle(const Trouble& trouble) {
 /// The film runs on unheard, and the device is asked for again now and then.
 void Deck::loseSound() {
   soundLost_ = true;
+  if (++failedRetries_ > hopeless) surroundings_->deckRanDry(*this);
   later(now() + nanoseconds(surroundings_->options.soundRetry), &Deck::retrySound);
 }
 
@@ -286,8 +336,88 @@ void Deck::fail() {
   post(&host::PlayerEvents::failed);
 }
 
+bool Deck::endsEarly(double position) const {
+  const double length = setup_.timeline->length();
+  return length > 0.0 && position < length - statedRoughly;
+}
+
+/// What went well before fails: a medium that cannot be read just now, or damage that the decoder does not get over.
+void Deck::passDamage() {
+  if (!leapOn()) giveUp();
+}
+
+/// Leaving out more and more gets past damage. False once enough was tried.
+bool Deck::leapOn() {
+  const double place = position();
+  if (damages_ == 0 || place - damagedAt_ > goodSeconds) {
+    damages_ = 0;
+    damagedAt_ = place;
+  }
+  if (damages_ == static_cast<int>(leaps.size())) return false;
+  leap_ = leaps.at(static_cast<std::size_t>(damages_++));
+  return endsEarly(place + leap_);
+}
+
+/// The track ends here; the film goes on for as long as another one does.
+void Deck::giveUp() {
+  broken_ = true;
+  dryFrom_ = position();
+  surroundings_->deckRanDry(*this);
+}
+
 void Deck::drained() {
-  if (running_ && setup_.timeline->length() <= 0.0) reachEnd();
+  if (!pipelineRuns_) return;
+  ++watch_;  // a device that has nothing more to play does not lag
+  worker_.queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_] {
+    engine->post([weak, pipeline, hasGrown = pipeline->hasGrown()] {
+      const auto deck = weak.lock();
+      if (deck && deck->pipeline_ == pipeline && deck->pipelineRuns_) deck->runDry(hasGrown);
+    });
+  });
+}
+
+/// A reader that came to the end of a file that is still being written does not notice what is added. Damage may look
+/// like the end, too.
+void Deck::runDry(bool hasGrown) {
+  if (hasGrown) {
+    later(now() + growth, &Deck::reopen);
+  } else if (endsEarly(position()) && leapOn()) {
+    if (pipelineRuns_) pausePipeline();
+    aim_ = position() + std::exchange(leap_, 0.0);
+    advance();
+  } else {
+    dryFrom_ = position();
+    if (setup_.kind == Kind::Picture && !running_) aim_ = heldAt_;  // for the last picture
+    surroundings_->deckRanDry(*this);
+    advance();
+  }
+}
+
+void Deck::reopen() {
+  if (!hasPipeline() || busy_) return;
+  dropPipeline();
+  catchingUp_ = 0;
+  advance();
+}
+
+std::optional<double> Deck::endOf(Kind kind) const {
+  if (!learned_) return std::nullopt;
+  if (kind != setup_.kind) return hasOther_ ? std::nullopt : std::optional(0.0);
+  if (!hasStream_) return 0.0;
+  if (dryFrom_) return dryFrom_;
+  return failedRetries_ > hopeless ? std::optional(0.0) : std::nullopt;
+}
+
+void Deck::endAt(double end) {
+  const double length = setup_.timeline->length();
+  if (length > 0.0 && end > length - statedRoughly) return;
+  setup_.timeline->setLength(end);
+  if (running_) expectEnd();
+}
+
+void Deck::refuse() {
+  if (!broken_ && !atEnd_) fail();
+  advance();
 }
 
 double Deck::position() const {
@@ -296,7 +426,8 @@ double Deck::position() const {
 
 void Deck::start(Instant instant) {
   running_ = true;
-  skippedStall_ = false;
+  usualLag_ = 0.0;
+  lagBeforeSkip_.reset();
   stalls_ = 0;
   runningFrom_ = heldAt_;
   runningSince_ = instant;
@@ -309,6 +440,10 @@ void Deck::start(Instant instant) {
 /// The pipeline has become ready while the timeline was running already.
 void Deck::join() {
   const bool sound = setup_.kind == Kind::Sound;
+  if (const double ahead = standsAt_ - position(); ahead > mostAhead) {
+    later(now() + nanoseconds(ahead - mostAhead / 2), &Deck::advance);
+    return;
+  }
   const bool late = position() - standsAt_ > (sound ? tolerableLatenessOfSound : tolerableLatenessOfPicture);
   if (late && catchingUp_ < mostSkips) {
     ++catchingUp_;
@@ -344,18 +479,36 @@ void Deck::watchLag(std::uint64_t watch) {
 }
 
 /// The device's own pace is followed by the picture; the sound is never cut for it. Only where the device stood still
-/// for a while, and so was heard to stop anyway, it goes on from where the film is. What lags still after that is the
-/// way of the device.
+/// for a while, and so was heard to stop anyway, it goes on from where the film is.
 void Deck::lags(double lag) {
-  stalls_ = lag > stall ? stalls_ + 1 : 0;
-  if (stalls_ >= certainStall && !skippedStall_) {
-    skippedStall_ = true;
-    pausePipeline();
-    aim_ = position() + headStart;
-    advance();
+  absurdLags_ = std::abs(lag) > absurdLag ? absurdLags_ + 1 : 0;
+  // Only another stream has another time. Where that one is no better, a third would not be either.
+  if (absurdLags_ == certainStall) return reopen();
+  usualLag_ = std::min(usualLag_, std::max(0.0, lag));
+  if (lag <= usualLag_ + stall) {
+    stalls_ = std::min(stalls_, 0) - 1;
+    if (stalls_ <= -certainStall) lagBeforeSkip_.reset();
+  } else {
+    stalls_ = std::max(stalls_, 0) + 1;
+  }
+  if (stalls_ >= certainStall) {
+    skipStall(lag);
   } else if (lag > mostLead) {
     surroundings_->deckLags(*this, lag);
   }
+}
+
+/// A skip that changed nothing was not about a stall: such a lag is the way of the device.
+void Deck::skipStall(double lag) {
+  stalls_ = 0;
+  if (lagBeforeSkip_ && lag > *lagBeforeSkip_ - leastGain) {
+    usualLag_ = lag;
+    return;
+  }
+  lagBeforeSkip_ = lag;
+  pausePipeline();
+  aim_ = position() + headStart;
+  advance();
 }
 
 void Deck::followSound(double lag) {

@@ -43,6 +43,10 @@ struct Surroundings {
   std::function<void(Deck&)> deckIsReady;
   /// What a deck plays is heard so many seconds late. Engine's thread.
   std::function<void(const Deck&, double)> deckLags;
+  /// A deck has come to know where its track ends. Engine's thread.
+  std::function<void(const Deck&)> deckRanDry;
+  /// What a deck was to play cannot be played at all. Engine's thread.
+  std::function<void(const Deck&)> deckIsRefused;
 };
 
 /// One player behind its main-thread face: keeps the timeline, and makes its pipeline follow it. Everything runs on
@@ -75,6 +79,13 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   const std::string& url() const { return setup_.url; }
   /// A picture: the sound that belongs to it is heard `lag` seconds late.
   void followSound(double lag);
+  /// Where the tracks of `kind` end, in seconds, as far as this deck can tell: 0 where the file has none, none where
+  /// it cannot tell (yet).
+  std::optional<double> endOf(Kind kind) const;
+  /// The media ends at `end`, whatever the file states. Does nothing where that is no news.
+  void endAt(double end);
+  /// Something else of the same film cannot be played, and the film with it.
+  void refuse();
   /// The pipeline stands at the timeline's position, or there is none to wait for.
   bool isReady() const;
   /// The timeline runs from `instant`; a pipeline that is not ready follows as soon as it is.
@@ -86,6 +97,12 @@ class Deck final : public std::enable_shared_from_this<Deck> {
 
  private:
   using Work = std::function<bool(Pipeline&)>;
+  /// What became of an operation on the pipeline.
+  struct Outcome {
+    bool well = false;
+    bool isEmpty = false;
+    bool hasGrown = false;
+  };
 
   bool hasPipeline() const { return pipeline_ != nullptr; }
   bool wantsPipeline() const;
@@ -101,24 +118,32 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   void pausePipeline();
   void seekPipeline();
   void submit(Work work);
-  void finished(bool well);
+  void finished(const Outcome& outcome);
   void inspect();
   void handle(const Trouble& trouble);
   void loseSound();
   void retrySound();
   void drained();
+  void runDry(bool hasGrown);
+  void reopen();
+  bool endsEarly(double position) const;
+  void passDamage();
+  bool leapOn();
+  void giveUp();
   double position() const;
   void fail();
   void join();
   void runPipeline();
   void watchLag(std::uint64_t watch);
   void lags(double lag);
+  void skipStall(double lag);
   void expectEnd();
   void reachEnd();
   void post(std::function<void()> host::PlayerEvents::*event);
   /// `task` on the engine's thread at `time`, unless the deck is gone by then.
   void later(Instant time, void (Deck::*task)());
   double pipelineTarget(double position) const;
+  Precision precisionAt(double position) const;
 
   std::shared_ptr<Surroundings> surroundings_;
   Setup setup_;
@@ -141,7 +166,10 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   // What is known of the file.
   bool learned_ = false;
   bool hasStream_ = false;
+  bool hasOther_ = false;  ///< a stream of the other kind
   bool broken_ = false;
+  /// Nothing more comes from here on.
+  std::optional<double> dryFrom_;
 
   // What the pipeline does.
   std::shared_ptr<Pipeline> pipeline_;
@@ -149,6 +177,14 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   bool pipelineRuns_ = false;
   Hardware hardware_ = Hardware::Preferred;
   bool soundLost_ = false;
+  int failedRetries_ = 0;   ///< at a sound device, one after the other
+  std::string lastReason_;  ///< why the pipeline failed, until one does not
+  bool everReady_ = false;
+  /// How often damage was passed in a row, and where it was met last.
+  int damages_ = 0;
+  double damagedAt_ = 0.0;
+  /// Seconds that the next pipeline leaves out.
+  double leap_ = 0.0;
   /// Where the pipeline has to be brought before it is ready.
   std::optional<double> aim_;
   std::optional<double> previewed_;
@@ -158,7 +194,11 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   int catchingUp_ = 0;
   std::uint64_t watch_ = 0;  ///< counts the starts of the pipeline
   int stalls_ = 0;
-  bool skippedStall_ = false;
+  int absurdLags_ = 0;  ///< in a row
+  /// What the device always lags by, as far as a skip did not change it.
+  double usualLag_ = 0.0;
+  /// What it lagged by before the newest skip, until that has been seen to help.
+  std::optional<double> lagBeforeSkip_;
   double delay_ = 0.0;
   bool closing_ = false;
 

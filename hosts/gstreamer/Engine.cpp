@@ -20,13 +20,19 @@ class Engine final : public host::MediaEngine {
         thread_("film-engine"),
         closingPatience_(options.closingPatience),
         surroundings_(std::make_shared<Surroundings>(
-            Surroundings{std::move(options), mainLoop, facts_, thread_.queue(), {}, {}})) {
+            Surroundings{std::move(options), mainLoop, facts_, thread_.queue(), {}, {}, {}, {}})) {
     conductor_ = std::make_shared<Conductor>(surroundings_);
     surroundings_->deckIsReady = [weak = std::weak_ptr(conductor_)](Deck& deck) {
       if (const auto conductor = weak.lock()) conductor->deckIsReady(deck);
     };
     surroundings_->deckLags = [weak = std::weak_ptr(conductor_)](const Deck& deck, double lag) {
       if (const auto conductor = weak.lock()) conductor->deckLags(deck, lag);
+    };
+    surroundings_->deckRanDry = [weak = std::weak_ptr(conductor_)](const Deck& deck) {
+      if (const auto conductor = weak.lock()) conductor->deckRanDry(deck);
+    };
+    surroundings_->deckIsRefused = [weak = std::weak_ptr(conductor_)](const Deck& deck) {
+      if (const auto conductor = weak.lock()) conductor->deckIsRefused(deck);
     };
     turn_ = std::make_shared<Turn>(conductor_, thread_.queue());
     // More than once does no harm. The first time after plugins were installed GStreamer starts a process that loads

@@ -17,6 +17,8 @@ struct Options {
   std::function<Element()> makeSoundSink = makeSoundServerSink;
   /// Told the name of the factory of each element that becomes part of a pipeline, for a log. On any thread.
   std::function<void(const std::string& factory)> tellElement;
+  /// Called, on any thread, when the sound server has silenced a player in favour of something else, such as a call.
+  std::function<void()> soundTaken;
   /// Seconds that a look into a file may take; past it the file counts as unreadable.
   double factsDeadline = 5.0;
   /// Seconds for which the others of a transaction wait for a sound device.

@@ -49,6 +49,7 @@ void PictureBranch::configureSink() {
   callbacks.new_preroll = [](GstAppSink* sink, gpointer branch) {
     Sample frame(gst_app_sink_pull_preroll(sink));
     auto& self = *static_cast<PictureBranch*>(branch);
+    self.hasStill_ = true;
     if (self.expectsStill_) self.take(std::move(frame));
     return GST_FLOW_OK;
   };
@@ -85,6 +86,8 @@ GstPadProbeReturn PictureBranch::seeItem(GstPad*, GstPadProbeInfo* info, gpointe
     return GST_PAD_PROBE_HANDLED;
   }
   GstEvent* event = GST_PAD_PROBE_INFO_EVENT(info);
+  // A sink is content with a gap; the still of a film that begins with one is the first picture after it.
+  if (event && GST_EVENT_TYPE(event) == GST_EVENT_GAP) return GST_PAD_PROBE_DROP;
   if (event && GST_EVENT_TYPE(event) == GST_EVENT_TAG) {
     GstTagList* tags = nullptr;
     gst_event_parse_tag(event, &tags);

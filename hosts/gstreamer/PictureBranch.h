@@ -19,6 +19,8 @@ class PictureBranch final : public Branch {
   GstElement& sink() override { return *sink_; }
   bool readsAhead() const override { return false; }
   void expectStill(bool expected) override { expectsStill_ = expected; }
+  void standStill() override { hasStill_ = false; }
+  bool hasStill() const override { return hasStill_; }
   void setDelay(double seconds) override;
   void countDropped() override { board_->countDropped(); }
 
@@ -34,6 +36,7 @@ class PictureBranch final : public Branch {
   Element queue_;
   Element sink_;
   std::atomic<bool> expectsStill_ = true;
+  std::atomic<bool> hasStill_ = false;
   /// Written and read by the thread that the frames come on.
   Orientation orientation_;
 };

@@ -1,10 +1,14 @@
 #include "hosts/gstreamer/PictureMaker.h"
 
+#include "hosts/gstreamer/ToneMapping.h"
+
 #include <libyuv.h>
+#include <libyuv/row.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 
 namespace gstreamer {
 
@@ -28,16 +32,52 @@ int halfOf(int size) {
 /// Bilinear: at the usual reduction of a film to its half of the screen it costs a quarter of the box filter.
 constexpr libyuv::FilterMode filter = libyuv::kFilterBilinear;
 
-const libyuv::YuvConstants& constantsOf(const GstVideoColorimetry& colour) {
-  const bool full = colour.range == GST_VIDEO_COLOR_RANGE_0_255;
-  switch (colour.matrix) {
+/// How a frame's luma and colour differences become red, green and blue.
+struct Colours {
+  GstVideoColorMatrix matrix = GST_VIDEO_COLOR_MATRIX_UNKNOWN;
+  bool isFullRange = false;
+  GstVideoTransferFunction transfer = GST_VIDEO_TRANSFER_UNKNOWN;
+
+  bool isRgb() const { return matrix == GST_VIDEO_COLOR_MATRIX_RGB; }
+};
+
+/// Frames that do not say which matrix they mean are of high definition (BT.709) or not (BT.601). GStreamer's own
+/// guess takes BT.2020 for the largest ones, which cameras of 8 bits do not write.
+Colours coloursOf(const GstCaps& caps, const GstVideoInfo& info) {
+  constexpr int highDefinition = 720;
+  const gchar* told = gst_structure_get_string(gst_caps_get_structure(&caps, 0), "colorimetry");
+  GstVideoColorimetry colorimetry{};
+  if (told) gst_video_colorimetry_from_string(&colorimetry, told);
+  Colours colours{colorimetry.matrix, colorimetry.range == GST_VIDEO_COLOR_RANGE_0_255, colorimetry.transfer};
+  if (colours.matrix == GST_VIDEO_COLOR_MATRIX_UNKNOWN)
+    colours.matrix =
+        GST_VIDEO_INFO_HEIGHT(&info) >= highDefinition ? GST_VIDEO_COLOR_MATRIX_BT709 : GST_VIDEO_COLOR_MATRIX_BT601;
+  return colours;
+}
+
+/// `own` with the weight of blue that its standard asks for, in 64ths: libyuv cuts it off at 2, which takes up to 16
+/// of 255 from a saturated blue. Only the layout for Intel processors has room for more than 128 of them.
+libyuv::YuvConstants withBlue([[maybe_unused]] int weight, libyuv::YuvConstants own) {
+#if !defined(__aarch64__) && !defined(__arm__)
+  // Blue takes nothing from red: every other weight is 0.
+  for (std::size_t i = 0; i < std::size(own.kUVToB); i += 2) own.kUVToB[i] = static_cast<std::uint8_t>(weight);
+#endif
+  return own;
+}
+
+const libyuv::YuvConstants& constantsOf(const Colours& colours) {
+  // libyuv reads them as whole vectors.
+  alignas(64) static const libyuv::YuvConstants limited601 = withBlue(129, libyuv::kYuvI601Constants);
+  alignas(64) static const libyuv::YuvConstants limited709 = withBlue(135, libyuv::kYuvH709Constants);
+  alignas(64) static const libyuv::YuvConstants limited2020 = withBlue(137, libyuv::kYuv2020Constants);
+  switch (colours.matrix) {
     case GST_VIDEO_COLOR_MATRIX_BT709:
     case GST_VIDEO_COLOR_MATRIX_SMPTE240M:
-      return full ? libyuv::kYuvF709Constants : libyuv::kYuvH709Constants;
+      return colours.isFullRange ? libyuv::kYuvF709Constants : limited709;
     case GST_VIDEO_COLOR_MATRIX_BT2020:
-      return full ? libyuv::kYuvV2020Constants : libyuv::kYuv2020Constants;
+      return colours.isFullRange ? libyuv::kYuvV2020Constants : limited2020;
     default:
-      return full ? libyuv::kYuvJPEGConstants : libyuv::kYuvI601Constants;
+      return colours.isFullRange ? libyuv::kYuvJPEGConstants : limited601;
   }
 }
 
@@ -66,6 +106,7 @@ class MappedFrame {
     GstBuffer* buffer = gst_sample_get_buffer(&sample);
     mapped_ = caps && buffer && gst_video_info_from_caps(&info_, caps) &&
               gst_video_frame_map(&frame_, &info_, buffer, GST_MAP_READ);
+    if (mapped_) colours_ = coloursOf(*caps, info_);
   }
   ~MappedFrame() {
     if (mapped_) gst_video_frame_unmap(&frame_);
@@ -75,6 +116,7 @@ class MappedFrame {
 
   explicit operator bool() const { return mapped_; }
   const GstVideoInfo& info() const { return info_; }
+  const Colours& colours() const { return colours_; }
   int width() const { return GST_VIDEO_INFO_WIDTH(&info_); }
   int height() const { return GST_VIDEO_INFO_HEIGHT(&info_); }
   GstVideoFormat format() const { return GST_VIDEO_INFO_FORMAT(&info_); }
@@ -91,6 +133,7 @@ class MappedFrame {
  private:
   GstVideoInfo info_{};
   GstVideoFrame frame_{};
+  Colours colours_;
   bool mapped_ = false;
 };
 
@@ -195,17 +238,19 @@ class PictureMaker::Drawing {
         return convertPlanar(frame, size, target, halfOf(size.width), size.height, libyuv::I422Scale,
                              libyuv::I422ToARGBMatrix);
       case GST_VIDEO_FORMAT_Y444:
+        if (frame.colours().isRgb()) return convertRgbPlanes(frame, size, target);
         return convertPlanar(frame, size, target, size.width, size.height, libyuv::I444Scale,
                              libyuv::I444ToARGBMatrix);
       case GST_VIDEO_FORMAT_I420_10LE:
         return convertDeep(frame, {frame.component(0), frame.component(1), frame.component(2)}, size, target,
-                           halfOf(size.height), libyuv::I420Scale_16, libyuv::I010ToARGBMatrix);
+                           halfOf(size.height), libyuv::I420Scale_16, libyuv::I010ToARGBMatrix,
+                           libyuv::I010ToAR30Matrix);
       case GST_VIDEO_FORMAT_I422_10LE:
         return convertDeep(frame, {frame.component(0), frame.component(1), frame.component(2)}, size, target,
-                           size.height, libyuv::I422Scale_16, libyuv::I210ToARGBMatrix);
+                           size.height, libyuv::I422Scale_16, libyuv::I210ToARGBMatrix, libyuv::I210ToAR30Matrix);
       case GST_VIDEO_FORMAT_P010_10LE:
         return convertDeep(frame, separated(frame), size, target, halfOf(size.height), libyuv::I420Scale_16,
-                           libyuv::I010ToARGBMatrix);
+                           libyuv::I010ToARGBMatrix, libyuv::I010ToAR30Matrix);
       case GST_VIDEO_FORMAT_NV12:
         return convertInterleaved(frame, size, target, libyuv::NV12ToARGBMatrix);
       case GST_VIDEO_FORMAT_NV21:
@@ -234,13 +279,13 @@ class PictureMaker::Drawing {
       y = toY.plane(), u = toU.plane(), v = toV.plane();
     }
     return toPixels(y.data, y.stride, u.data, u.stride, v.data, v.stride, target.data, target.stride,
-                    &constantsOf(frame.info().colorimetry), size.width, size.height) == 0;
+                    &constantsOf(frame.colours()), size.width, size.height) == 0;
   }
 
   /// More than 8 bits a component, chroma of half the width.
   template <typename Scale, typename Convert>
   bool convertDeep(const MappedFrame& frame, std::array<Plane, 3> from, Box size, Room target, int chromaHeight,
-                   Scale scale, Convert toPixels) {
+                   Scale scale, Convert toPixels, Convert toDeepPixels) {
     auto [y, u, v] = from;
     if (size != Box{frame.width(), frame.height()}) {
       const Room toY = room(y_, 2 * size.width, size.height);
@@ -251,8 +296,28 @@ class PictureMaker::Drawing {
             size.width, size.height, filter);
       y = toY.plane(), u = toU.plane(), v = toV.plane();
     }
-    return toPixels(y.wide(), y.wideStride(), u.wide(), u.wideStride(), v.wide(), v.wideStride(), target.data,
-                    target.stride, &constantsOf(frame.info().colorimetry), size.width, size.height) == 0;
+    const auto pixels = [&](Convert make, const Room& to) {
+      return make(y.wide(), y.wideStride(), u.wide(), u.wideStride(), v.wide(), v.wideStride(), to.data, to.stride,
+                  &constantsOf(frame.colours()), size.width, size.height) == 0;
+    };
+    const ToneMapping* toScreen = toneMappingFor(frame.colours());
+    if (!toScreen) return pixels(toPixels, target);
+    if (!pixels(toDeepPixels, target)) return false;
+    for (int row = 0; row < size.height; ++row) {
+      std::uint8_t* const pixel = target.data + static_cast<std::ptrdiff_t>(row) * target.stride;
+      toScreen->mapRow(static_cast<const std::uint32_t*>(static_cast<const void*>(pixel)), pixel, size.width);
+    }
+    return true;
+  }
+
+  /// None for films of ordinary range. Made once: a film does not change from one to the other.
+  const ToneMapping* toneMappingFor(const Colours& colours) {
+    const bool quantized = colours.transfer == GST_VIDEO_TRANSFER_SMPTE2084;
+    if (!quantized && colours.transfer != GST_VIDEO_TRANSFER_ARIB_STD_B67) return nullptr;
+    if (!toneMapping_)
+      toneMapping_ =
+          std::make_unique<ToneMapping>(quantized ? HighRange::PerceptualQuantizer : HighRange::HybridLogGamma);
+    return toneMapping_.get();
   }
 
   /// P010 as three planes with the value in the lower bits: libyuv cannot scale it as it is.
@@ -278,7 +343,24 @@ class PictureMaker::Drawing {
       y = toY.plane(), chroma = toChroma.plane();
     }
     return toPixels(y.data, y.stride, chroma.data, chroma.stride, target.data, target.stride,
-                    &constantsOf(frame.info().colorimetry), size.width, size.height) == 0;
+                    &constantsOf(frame.colours()), size.width, size.height) == 0;
+  }
+
+  /// Some decoders hand out red, green and blue under the name of luma and colour differences: green, blue, red.
+  bool convertRgbPlanes(const MappedFrame& frame, Box size, Room target) {
+    Plane green = frame.component(0), blue = frame.component(1), red = frame.component(2);
+    if (size != Box{frame.width(), frame.height()}) {
+      const auto scaled = [&](const Plane& from, Scratch& scratch) {
+        const Room to = room(scratch, size.width, size.height);
+        libyuv::ScalePlane(from.data, from.stride, frame.width(), frame.height(), to.data, to.stride, size.width,
+                           size.height, filter);
+        return to.plane();
+      };
+      green = scaled(green, y_), blue = scaled(blue, u_), red = scaled(red, v_);
+    }
+    libyuv::MergeARGBPlane(red.data, red.stride, green.data, green.stride, blue.data, blue.stride, nullptr, 0,
+                           target.data, target.stride, size.width, size.height);
+    return true;
   }
 
   bool convertGrey(const MappedFrame& frame, Box size, Room target) {
@@ -286,13 +368,14 @@ class PictureMaker::Drawing {
     const Room y = room(y_, size.width, size.height);
     libyuv::ScalePlane(from.data, from.stride, frame.width(), frame.height(), y.data, y.stride, size.width,
                        size.height, filter);
-    return libyuv::I400ToARGBMatrix(y.data, y.stride, target.data, target.stride,
-                                    &constantsOf(frame.info().colorimetry), size.width, size.height) == 0;
+    return libyuv::I400ToARGBMatrix(y.data, y.stride, target.data, target.stride, &constantsOf(frame.colours()),
+                                    size.width, size.height) == 0;
   }
 
   Scratch y_, u_, v_;
   Scratch separateY_, separateU_, separateV_;
   Scratch flat_, mirrored_;
+  std::unique_ptr<ToneMapping> toneMapping_;
 };
 
 PictureMaker::PictureMaker(std::shared_ptr<PictureBoard> board)

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 #include <thread>
 
 namespace gstreamer {
@@ -14,6 +16,7 @@ constexpr Instant glance = 20 * GST_MSECOND;
 constexpr int glancesForReason = 10;
 /// Encoded sound that is read ahead, so that a disk that wakes up is not heard.
 constexpr guint64 readAheadTime = GST_SECOND;
+constexpr const char* noSuchStream = "the file has no stream of the kind that was to be played";
 
 /// Streams of a container have what decoders need to know in their caps, the container itself has not.
 bool isStream(const GstStructure& structure) {
@@ -28,13 +31,13 @@ GstStreamType kindOf(GstPad& pad) {
   return stream ? gst_stream_get_stream_type(stream.get()) : GST_STREAM_TYPE_UNKNOWN;
 }
 
-/// What is about to come out of `pad`. A parser shows its pads before it sends caps over them, but the stream knows
-/// already; what the pad could send at all would admit decoders that do not take this very stream.
-Caps capsOf(GstPad& pad) {
-  if (Caps sent(gst_pad_get_current_caps(&pad)); sent) return sent;
-  const Stream stream(gst_pad_get_stream(&pad));
-  if (Caps told(stream ? gst_stream_get_caps(stream.get()) : nullptr); told) return told;
-  return Caps(gst_pad_query_caps(&pad, nullptr));
+/// The format in words for a log, such as "video/x-h265, profile main-10".
+std::string nameOf(const GstCaps& caps) {
+  const GstStructure* structure = gst_caps_get_structure(&caps, 0);
+  std::string name = gst_structure_get_name(structure);
+  if (const char* profile = gst_structure_get_string(structure, "profile"))
+    name += std::string(", profile ") + profile;
+  return name;
 }
 
 /// Media time in seconds that the segment at `pad` begins with, and the running time that belongs to it.
@@ -46,6 +49,26 @@ GstClockTimeDiff runningTimeAt(double position, GstElement& sink) {
   if (event) gst_event_parse_segment(event.get(), &segment);
   if (!segment || segment->format != GST_FORMAT_TIME) return time;
   return time - static_cast<GstClockTimeDiff>(segment->time) + static_cast<GstClockTimeDiff>(segment->base);
+}
+
+/// Bytes; 0 where there is no such file.
+std::uintmax_t sizeOf(const std::string& path) {
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path, error);
+  return error ? 0 : size;
+}
+
+/// A parser states the end of the segment as the file does. Whoever waits for it, or fills up with silence until
+/// then, would hide that the data has ended long before. Takes `event` and gives another one.
+GstEvent* withoutEnd(GstEvent* event) {
+  const Event old(event);
+  const GstSegment* stated = nullptr;
+  gst_event_parse_segment(old.get(), &stated);
+  GstSegment segment = *stated;
+  segment.stop = GST_CLOCK_TIME_NONE;
+  GstEvent* open = gst_event_new_segment(&segment);
+  gst_event_set_seqnum(open, gst_event_get_seqnum(old.get()));
+  return open;
 }
 
 /// Whether the sink holds each sample back until its time, or begins as soon as it may.
@@ -61,7 +84,8 @@ Pipeline::Pipeline(Setup setup) : setup_(std::move(setup)) {}
 
 Pipeline::~Pipeline() = default;
 
-bool Pipeline::open(double position) {
+bool Pipeline::open(double position, Precision precision) {
+  sizeWhenMade_ = sizeOf(setup_.path);
   if (!build()) return false;
   setup_.branch->expectStill(position <= 0.0);
   if (gst_element_set_state(pipeline_.get(), GST_STATE_PAUSED) == GST_STATE_CHANGE_FAILURE) {
@@ -70,7 +94,7 @@ bool Pipeline::open(double position) {
   }
   if (!settle()) return false;
   setup_.branch->expectStill(false);
-  return position <= 0.0 || seek(position, Precision::Exact);
+  return position <= 0.0 || seek(position, precision);
 }
 
 bool Pipeline::build() {
@@ -87,7 +111,38 @@ bool Pipeline::build() {
     fail(Trouble::Where::Sink, reason);
     return false;
   }
+  watchData();
   return addSource();
+}
+
+void Pipeline::watchData() {
+  const Pad pad(gst_element_get_static_pad(&setup_.branch->entry(), "sink"));
+  const auto kinds = static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_EVENT_BOTH | GST_PAD_PROBE_TYPE_EVENT_FLUSH |
+                                                  GST_PAD_PROBE_TYPE_BUFFER);
+  gst_pad_add_probe(pad.get(), kinds, seeData, this, nullptr);
+}
+
+GstPadProbeReturn Pipeline::seeData(GstPad*, GstPadProbeInfo* info, gpointer pipeline) {
+  auto& self = *static_cast<Pipeline*>(pipeline);
+  if (GST_IS_BUFFER(info->data)) {
+    self.hasData_ = true;
+    return GST_PAD_PROBE_OK;
+  }
+  switch (GST_EVENT_TYPE(info->data)) {
+    case GST_EVENT_FLUSH_STOP:
+      self.hasData_ = false;
+      self.isEmpty_ = false;
+      break;
+    case GST_EVENT_SEGMENT:
+      info->data = withoutEnd(GST_PAD_PROBE_INFO_EVENT(info));
+      break;
+    case GST_EVENT_EOS:
+      self.isEmpty_ = !self.hasData_;
+      break;
+    default:
+      break;
+  }
+  return GST_PAD_PROBE_OK;
 }
 
 bool Pipeline::addSource() {
@@ -99,6 +154,7 @@ bool Pipeline::addSource() {
   g_object_set(file.get(), "location", setup_.path.c_str(), nullptr);
   g_signal_connect(parser.get(), "pad-added", G_CALLBACK(seePad), this);
   g_signal_connect(parser.get(), "no-more-pads", G_CALLBACK(seeNoMorePads), this);
+  g_signal_connect(parser.get(), "unknown-type", G_CALLBACK(seeUnknownType), this);
   g_signal_connect(parser.get(), "autoplug-continue", G_CALLBACK(goesOn), this);
   gst_bin_add_many(&bin(), file.get(), parser.get(), nullptr);
   return gst_element_link(file.get(), parser.get());
@@ -111,18 +167,45 @@ void Pipeline::seeElement(GstBin*, GstBin*, GstElement* element, gpointer pipeli
 }
 
 bool Pipeline::seek(double position, Precision precision) {
+  if (!moveTo(position, precision)) return false;
+  if (precision == Precision::ExactOrLast && !setup_.branch->hasStill() && !moveToLast(position)) return false;
+  setup_.branch->expectStill(false);
+  return true;
+}
+
+bool Pipeline::moveTo(double position, Precision precision) {
   setup_.branch->expectStill(true);
   setup_.branch->standStill();
   standsAt_ = position;
   const auto flags = static_cast<GstSeekFlags>(
-      GST_SEEK_FLAG_FLUSH |
-      (precision == Precision::Exact ? GST_SEEK_FLAG_ACCURATE : GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_NEAREST));
+      GST_SEEK_FLAG_FLUSH | (precision == Precision::KeyFrame ? GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_NEAREST
+                                                              : GST_SEEK_FLAG_ACCURATE));
   if (!gst_element_seek_simple(pipeline_.get(), GST_FORMAT_TIME, flags, nanoseconds(position))) {
     fail(Trouble::Where::Media, "the file cannot be sought in");
     return false;
   }
-  if (!settle()) return false;
-  setup_.branch->expectStill(false);
+  return settle();
+}
+
+/// Where a track ends, only trying tells for all kinds of files.
+bool Pipeline::moveToLast(double position) {
+  constexpr double closeEnough = 0.05;
+  double after = position, before = position;
+  for (double step = 0.25; before > 0.0 && !setup_.branch->hasStill(); step *= 2.0) {
+    after = before;
+    before = std::max(0.0, position - step);
+    if (!moveTo(before, Precision::Exact)) return false;
+  }
+  while (setup_.branch->hasStill() && after - before > closeEnough) {
+    const double middle = (before + after) / 2.0;
+    if (!moveTo(middle, Precision::Exact)) return false;
+    if (setup_.branch->hasStill()) {
+      before = middle;
+    } else {
+      after = middle;
+      if (!moveTo(before, Precision::Exact)) return false;
+    }
+  }
   return true;
 }
 
@@ -166,6 +249,10 @@ double Pipeline::length() const {
   return known && length > 0 ? seconds(length) : 0.0;
 }
 
+bool Pipeline::hasGrown() const {
+  return sizeOf(setup_.path) > sizeWhenMade_;
+}
+
 void Pipeline::fail(Trouble::Where where, std::string reason) {
   {
     const std::lock_guard lock(mutex_);
@@ -202,6 +289,9 @@ GstBusSyncReply Pipeline::seeMessage(GstBus*, GstMessage* message, gpointer pipe
     case GST_MESSAGE_EOS:
       if (self.setup_.drained) self.setup_.drained();
       break;
+    case GST_MESSAGE_REQUEST_STATE:
+      self.seeRequest(*message);
+      break;
     case GST_MESSAGE_QOS:
       self.setup_.branch->countDropped();
       break;
@@ -210,6 +300,13 @@ GstBusSyncReply Pipeline::seeMessage(GstBus*, GstMessage* message, gpointer pipe
   }
   gst_message_unref(message);
   return GST_BUS_DROP;
+}
+
+/// Asked to pause, the sink's stream has been stopped already. That it may go on again is for the user to use.
+void Pipeline::seeRequest(GstMessage& message) const {
+  GstState wanted = GST_STATE_VOID_PENDING;
+  gst_message_parse_request_state(&message, &wanted);
+  if (wanted == GST_STATE_PAUSED && setup_.sinkTaken) setup_.sinkTaken();
 }
 
 void Pipeline::seeError(GstMessage& message) {
@@ -240,28 +337,83 @@ gboolean Pipeline::goesOn(GstElement*, GstPad*, GstCaps* caps, gpointer pipeline
 
 void Pipeline::seePad(GstElement*, GstPad* pad, gpointer pipeline) {
   auto& self = *static_cast<Pipeline*>(pipeline);
-  if (self.attached_ || kindOf(*pad) != self.setup_.branch->kind()) return;
-  self.attached_ = true;
-  self.attach(*pad);
+  if (self.attached_) return;
+  if (kindOf(*pad) == self.setup_.branch->kind()) {
+    self.attached_ = true;
+    if (const Caps sent(gst_pad_get_current_caps(pad)); sent) return self.attach(*pad, *sent);
+    gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, attachWhenDescribed, &self, nullptr);
+  } else {
+    const auto kinds = static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_BUFFER_LIST |
+                                                    GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM);
+    gst_pad_add_probe(pad, kinds, dropUntilAttached, &self, nullptr);
+  }
+}
+
+/// The parser keeps a stream to itself that no decoder on this system takes.
+void Pipeline::seeUnknownType(GstElement*, GstPad*, GstCaps* caps, gpointer pipeline) {
+  auto& self = *static_cast<Pipeline*>(pipeline);
+  const char* wanted = self.setup_.branch->kind() == GST_STREAM_TYPE_VIDEO ? "video/" : "audio/";
+  if (self.attached_ || !g_str_has_prefix(gst_structure_get_name(gst_caps_get_structure(caps, 0)), wanted)) return;
+  self.failToAttach(*caps, false);
 }
 
 void Pipeline::seeNoMorePads(GstElement*, gpointer pipeline) {
   auto& self = *static_cast<Pipeline*>(pipeline);
-  if (!self.attached_) self.fail(Trouble::Where::Media, "the file has no stream of the kind that was to be played");
+  if (!self.attached_) self.fail(Trouble::Where::Media, noSuchStream);
 }
 
-void Pipeline::attach(GstPad& pad) {
-  const Caps caps = capsOf(pad);
+/// A parser mostly shows its pads before it sends caps over them. What the container says of the stream until then is
+/// less (not whether the stream is cut into pictures, for one), and decoders do not take a stream that says too
+/// little.
+GstPadProbeReturn Pipeline::attachWhenDescribed(GstPad* pad, GstPadProbeInfo* info, gpointer pipeline) {
+  auto& self = *static_cast<Pipeline*>(pipeline);
+  GstEvent* event = GST_PAD_PROBE_INFO_EVENT(info);
+  if (GST_EVENT_TYPE(event) == GST_EVENT_CAPS) {
+    GstCaps* caps = nullptr;
+    gst_event_parse_caps(event, &caps);
+    self.attach(*pad, *caps);
+    return GST_PAD_PROBE_REMOVE;
+  }
+  if (GST_EVENT_TYPE(event) != GST_EVENT_EOS) return GST_PAD_PROBE_OK;
+  // A track that holds nothing has nothing to be decoded; its end belongs to the sink all the same.
+  const Pad entry(gst_element_get_static_pad(&self.setup_.branch->entry(), "sink"));
+  gst_pad_link_full(pad, entry.get(), GST_PAD_LINK_CHECK_NOTHING);
+  return GST_PAD_PROBE_REMOVE;
+}
+
+/// Containers without a list of their tracks show one pad after the other, and give up when nobody wants anything of
+/// what there is so far.
+GstPadProbeReturn Pipeline::dropUntilAttached(GstPad*, GstPadProbeInfo* info, gpointer pipeline) {
+  auto& self = *static_cast<Pipeline*>(pipeline);
+  if (self.attached_) return GST_PAD_PROBE_REMOVE;
+  if ((GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM) == 0) return GST_PAD_PROBE_DROP;
+  if (GST_EVENT_TYPE(GST_PAD_PROBE_INFO_EVENT(info)) == GST_EVENT_EOS) self.fail(Trouble::Where::Media, noSuchStream);
+  return GST_PAD_PROBE_OK;
+}
+
+void Pipeline::attach(GstPad& pad, const GstCaps& caps) {
   const Pad from = readAhead(pad);
-  const GstStructure* structure = gst_caps_get_structure(caps.get(), 0);
+  const GstStructure* structure = gst_caps_get_structure(&caps, 0);
   if (g_str_has_suffix(gst_structure_get_name(structure), "/x-raw")) {
     const Pad entry(gst_element_get_static_pad(&setup_.branch->entry(), "sink"));
     if (gst_pad_link(from.get(), entry.get()) == GST_PAD_LINK_OK) return;
   }
-  for (const auto& decoder : decodersFor(*caps, setup_.hardware)) {
-    if (attachThrough(decoder, *from, *caps)) return;
+  const auto decoders = decodersFor(caps, setup_.hardware);
+  for (const auto& decoder : decoders) {
+    if (attachThrough(decoder, *from, caps)) return;
   }
-  fail(Trouble::Where::Media, "there is no decoder for the stream");
+  failToAttach(caps, !decoders.empty());
+}
+
+/// No decoder can be linked to a device that takes nothing, such as that of a sound server without any output.
+void Pipeline::failToAttach(const GstCaps& caps, bool hasDecoder) {
+  const Pad entry(gst_element_get_static_pad(&setup_.branch->entry(), "sink"));
+  const Caps taken(gst_pad_query_caps(entry.get(), nullptr));
+  if (hasDecoder && gst_caps_is_empty(taken.get())) {
+    fail(Trouble::Where::Sink, "the output takes nothing");
+  } else {
+    fail(Trouble::Where::Media, "there is no decoder for " + nameOf(caps));
+  }
 }
 
 Pad Pipeline::readAhead(GstPad& pad) {

@@ -5,6 +5,7 @@
 #include "hosts/gstreamer/Instant.h"
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -13,7 +14,13 @@
 
 namespace gstreamer {
 
-enum class Precision { Exact, KeyFrame };
+enum class Precision {
+  Exact,
+  /// What comes last before the position, where nothing comes from there on: a film's picture may be shorter than its
+  /// sound. Takes many attempts, and does not tell damage from the end.
+  ExactOrLast,
+  KeyFrame
+};
 
 /// Why a pipeline plays no more.
 struct Trouble {
@@ -38,6 +45,8 @@ class Pipeline {
     /// Called on any thread when there is `trouble`, or when the end of the stream was reached while running.
     std::function<void()> troubled;
     std::function<void()> drained;
+    /// Called on any thread when the sink was told to stand still by whoever is behind it.
+    std::function<void()> sinkTaken;
   };
 
   explicit Pipeline(Setup setup);
@@ -47,7 +56,7 @@ class Pipeline {
   Pipeline& operator=(const Pipeline&) = delete;
 
   /// Gets everything ready at `position`. False when there is trouble, or after `interrupt`.
-  bool open(double position);
+  bool open(double position, Precision precision);
   /// Brings a pipeline that stands still to `position`.
   bool seek(double position, Precision precision);
   /// Runs so that `position` is played at `instant`, which may have passed: then what is late is left out.
@@ -61,6 +70,10 @@ class Pipeline {
   std::optional<Trouble> trouble() const;
   /// Seconds, 0 when the file does not tell; once opened.
   double length() const;
+  /// Nothing came before the end of the stream since the pipeline was opened, or sought; once that is done.
+  bool isEmpty() const { return isEmpty_ || !setup_.branch->hasStill(); }
+  /// The file is larger than it was when the pipeline was made. May block.
+  bool hasGrown() const;
 
   /// Null until opened, and once closed.
   Branch* branch() const { return setup_.branch.get(); }
@@ -68,6 +81,8 @@ class Pipeline {
  private:
   bool build();
   bool addSource();
+  bool moveTo(double position, Precision precision);
+  bool moveToLast(double position);
   void fail(Trouble::Where where, std::string reason);
   bool settle();
   void failToPrepare();
@@ -75,20 +90,31 @@ class Pipeline {
 
   static GstBusSyncReply seeMessage(GstBus* bus, GstMessage* message, gpointer pipeline);
   void seeError(GstMessage& message);
+  void seeRequest(GstMessage& message) const;
   static void seeElement(GstBin* pipeline, GstBin* bin, GstElement* element, gpointer self);
   static void seePad(GstElement* parser, GstPad* pad, gpointer pipeline);
+  static void seeUnknownType(GstElement* parser, GstPad* pad, GstCaps* caps, gpointer pipeline);
   static void seeNoMorePads(GstElement* parser, gpointer pipeline);
   static gboolean goesOn(GstElement* parser, GstPad* pad, GstCaps* caps, gpointer pipeline);
-  void attach(GstPad& pad);
+  static GstPadProbeReturn attachWhenDescribed(GstPad* pad, GstPadProbeInfo* info, gpointer pipeline);
+  static GstPadProbeReturn dropUntilAttached(GstPad* pad, GstPadProbeInfo* info, gpointer pipeline);
+  void attach(GstPad& pad, const GstCaps& caps);
+  void failToAttach(const GstCaps& caps, bool hasDecoder);
+  void watchData();
+  static GstPadProbeReturn seeData(GstPad* pad, GstPadProbeInfo* info, gpointer pipeline);
   bool attachThrough(const std::string& decoder, GstPad& pad, const GstCaps& caps);
   Pad readAhead(GstPad& pad);
   GstBin& bin() const { return *GST_BIN(pipeline_.get()); }
 
   Setup setup_;
+  std::uintmax_t sizeWhenMade_ = 0;  ///< bytes
   Element pipeline_;
   double standsAt_ = 0.0;
-  bool attached_ = false;
+  /// Whether the stream that is wanted was found. Written and read by the threads of the parser.
+  std::atomic<bool> attached_ = false;
   std::atomic<bool> interrupted_ = false;
+  std::atomic<bool> hasData_ = false;
+  std::atomic<bool> isEmpty_ = false;
   mutable std::mutex mutex_;
   std::optional<Trouble> trouble_;
 };

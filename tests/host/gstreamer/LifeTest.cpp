@@ -1,5 +1,6 @@
 #include "tests/host/gstreamer/Stage.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -82,6 +83,36 @@ void installBrokenDecoder() {
   gst_element_register(nullptr, "quillopbrokendecoder", GST_RANK_PRIMARY + 1000, type);
 }
 
+/// For as long as it exists, there is no decoder for `format` in this process.
+class WithoutDecoders {
+ public:
+  explicit WithoutDecoders(const std::string& format) {
+    const Caps caps(gst_caps_new_empty_simple(format.c_str()));
+    const Factories all(gst_element_factory_list_get_elements(GST_ELEMENT_FACTORY_TYPE_DECODER, GST_RANK_MARGINAL));
+    const Factories fitting(gst_element_factory_list_filter(all.get(), caps.get(), GST_PAD_SINK, FALSE));
+    for (GList* entry = fitting.get(); entry; entry = entry->next) {
+      // A plugin registers its features anew, with their ranks, when the first of them is loaded.
+      const std::unique_ptr<GstPluginFeature, ObjectRelease> loaded(
+          gst_plugin_feature_load(GST_PLUGIN_FEATURE(entry->data)));
+      auto* feature = loaded.get();
+      ranks_.emplace_back(gst_plugin_feature_get_name(feature), gst_plugin_feature_get_rank(feature));
+      gst_plugin_feature_set_rank(feature, GST_RANK_NONE);
+    }
+  }
+  ~WithoutDecoders() {
+    for (const auto& [name, rank] : ranks_) {
+      GstPluginFeature* feature = gst_registry_lookup_feature(gst_registry_get(), name.c_str());
+      gst_plugin_feature_set_rank(feature, rank);
+      gst_object_unref(feature);
+    }
+  }
+  WithoutDecoders(const WithoutDecoders&) = delete;
+  WithoutDecoders& operator=(const WithoutDecoders&) = delete;
+
+ private:
+  std::vector<std::pair<std::string, guint>> ranks_;
+};
+
 void removeBrokenDecoder() {
   GstPluginFeature* feature = gst_registry_lookup_feature(gst_registry_get(), "quillopbrokendecoder");
   gst_plugin_feature_set_rank(feature, GST_RANK_NONE);
@@ -133,6 +164,27 @@ TEST(Life, AHardwareDecoderThatFailsIsReplacedBySoftware) {
     EXPECT_EQ(heard.failed, 0);
   }
   removeBrokenDecoder();
+}
+
+TEST(Life, AFilmWithoutADecoderIsRefusedAndItsFormatNamed) {
+  gst_init(nullptr, nullptr);
+  for (const std::string format : {"video/x-h264", "audio/mpeg"}) {
+    const WithoutDecoders without(format);
+    Stage stage;
+    Heard heardSound, heardPicture;
+    testing::internal::CaptureStderr();
+    auto sound = stage.sound(film(), heardSound);
+    auto picture = stage.picture(film(), heardPicture);
+    sound->play();
+    picture->play();
+    stage.engine().commit();
+    EXPECT_TRUE(stage.until([&] { return heardPicture.failed == 1; })) << format;
+    stage.loop().runFor(0.3);
+    EXPECT_EQ(heardPicture.failed, 1) << format;
+    EXPECT_EQ(heardPicture.ended, 0) << format;
+    EXPECT_EQ(stage.recording().openDevices(), 0) << format;
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("no decoder for " + format));
+  }
 }
 
 }  // namespace gstreamer
