@@ -38,6 +38,7 @@ class ButtonNode final : public ViewNode {
   QUrl backgroundPicture() const { return backgroundPictureIn(UIControlState::Normal); }
   QUrl pressedBackgroundPicture() const { return backgroundPictureIn(UIControlState::Highlighted); }
   QString accessibleName() const override;
+  bool takesTouches() const override { return true; }
 
   Q_INVOKABLE void press() const;
 

@@ -1,5 +1,7 @@
 #include "hosts/qtquick/Covers.h"
 
+#include "hosts/qtquick/Levels.h"
+
 #include <QQuickItem>
 
 namespace qtquick {
@@ -8,7 +10,7 @@ Covers::Covers(QQuickItem& stage, std::function<void()> changed) : stage_(stage)
 
 void Covers::add(QQuickItem& item, std::function<void()> escape) {
   item.setParentItem(&stage_);
-  item.setZ(1.0 + static_cast<double>(covers_.size()));
+  item.setZ(lowestCoverLevel + static_cast<double>(covers_.size()));
   const auto fit = [this, &item] { item.setSize(stage_.size()); };
   fit();
   connect(&stage_, &QQuickItem::widthChanged, &item, fit);

@@ -1,3 +1,4 @@
+#include "hosts/qtquick/GraphicsDevices.h"
 #include "hosts/qtquick/ScreenHost.h"
 
 #include <QByteArray>
@@ -33,6 +34,7 @@ QByteArray renderer() {
 
 bool hasGraphicsProcessor() {
   constexpr std::array<const char*, 4> rasterisers{"llvmpipe", "softpipe", "swrast", "software rasterizer"};
+  if (!hasGraphicsDevice("/dev")) return false;
   const QByteArray name = renderer();
   return !name.isEmpty() && std::none_of(rasterisers.begin(), rasterisers.end(),
                                          [&](const char* rasteriser) { return name.contains(rasteriser); });

@@ -12,6 +12,7 @@ class ImageNode final : public ViewNode {
   Q_OBJECT
   Q_PROPERTY(QUrl picture READ picture NOTIFY changed)
   Q_PROPERTY(int fillMode READ fillMode NOTIFY changed)
+  Q_PROPERTY(bool inSight READ isInSight NOTIFY changed)
 
  public:
   ImageNode(Mirror& mirror, const Strong<UIImageView>& view) : ViewNode(mirror, view) {}
@@ -21,6 +22,10 @@ class ImageNode final : public ViewNode {
   QUrl picture() const;
   /// An `Image.fillMode` of QML.
   int fillMode() const;
+  /// Its own, else that of its picture.
+  QString accessibleName() const override;
+  /// Whether the strip that it is in, if any, shows some of it.
+  bool isInSight() const;
 
  private:
   Strong<UIImageView> imageView() const { return viewAs<UIImageView>(); }

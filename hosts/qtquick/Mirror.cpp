@@ -1,7 +1,9 @@
 #include "hosts/qtquick/Mirror.h"
 
+#include "hosts/qtquick/Levels.h"
 #include "hosts/qtquick/ScreenNode.h"
 #include "hosts/qtquick/ViewNode.h"
+#include "platform/foundation/RunLoop.h"
 #include "platform/host/Screen.h"
 
 #include <QQmlContext>
@@ -25,7 +27,9 @@ void Mirror::setWindow(const Strong<UIWindow>& window) {
   screens_.clear();
   topmost_.reset();
   window_ = window;
-  if (window) window->setUserInteractionEnabled(inReach_);
+  if (!window) return;
+  const RunLoop::Turn turn(RunLoop::main());
+  window->setUserInteractionEnabled(inReach_);
 }
 
 void Mirror::pass() {
@@ -59,7 +63,9 @@ void Mirror::updateScreens(const UIWindow& window) {
     }
   }
   before.clear();
+  if (!screens_.empty()) screens_.front()->item().setZ(mainScreenLevel);
   for (std::size_t place = 1; place < screens_.size(); ++place) {
+    screens_[place]->item().setZ(presentedScreenLevel);
     screens_[place]->item().stackAfter(&screens_[place - 1]->item());
   }
 }
@@ -77,9 +83,17 @@ bool Mirror::escape() {
 
 void Mirror::setInReach(bool inReach) {
   inReach_ = inReach;
-  if (const auto window = window_.lock()) window->setUserInteractionEnabled(inReach);
+  if (const auto window = window_.lock()) {
+    const RunLoop::Turn turn(RunLoop::main());
+    window->setUserInteractionEnabled(inReach);
+  }
   for (const auto& screen : screens_) screen->update();
   topmost_.reset();  // the next pass gives the focus back
+}
+
+bool Mirror::isMainScreenInReach() const {
+  const auto window = window_.lock();
+  return inReach_ && window && window->presentations().empty();
 }
 
 bool Mirror::isInBar(QPointF point) const {
@@ -138,6 +152,14 @@ QQmlComponent& Mirror::component(const QString& name) {
 
 QQmlContext* Mirror::context() const {
   return engine_.rootContext();
+}
+
+std::vector<const QQuickItem*> Mirror::itemsThatTakeTouches() const {
+  std::vector<const QQuickItem*> items;
+  for (const auto* const node : nodes_) {
+    if (node->takesTouches()) items.push_back(&node->item());
+  }
+  return items;
 }
 
 void Mirror::unregisterNode(const UIView& view, const ViewNode& node) {

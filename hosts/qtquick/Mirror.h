@@ -44,6 +44,8 @@ class Mirror final {
   /// screen takes input, focus or attention, those that come meanwhile included.
   bool isInReach() const { return inReach_; }
   void setInReach(bool inReach);
+  /// Whether the main screen can be used: no other screen is over it.
+  bool isMainScreenInReach() const;
   /// Whether `point` of the stage is in the bar above the films of the main screen, on nothing that can be used.
   bool isInBar(QPointF point) const;
 
@@ -64,6 +66,8 @@ class Mirror final {
   QQmlContext* context() const;
   void registerNode(const UIView& view, ViewNode& node) { nodes_[&view] = &node; }
   void unregisterNode(const UIView& view, const ViewNode& node);
+  /// Those of all views that take touches themselves, in no order; not all of them can be used now.
+  std::vector<const QQuickItem*> itemsThatTakeTouches() const;
   ViewNode* nodeOf(const UIView& view) const { return nodes_.value(&view, nullptr); }
 
  private:

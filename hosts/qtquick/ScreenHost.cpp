@@ -2,6 +2,7 @@
 
 #include "hosts/qtquick/ArtworkProvider.h"
 #include "hosts/qtquick/Covers.h"
+#include "hosts/qtquick/Decorations.h"
 #include "hosts/qtquick/Mirror.h"
 #include "hosts/qtquick/MotionSetting.h"
 #include "hosts/qtquick/Pictures.h"
@@ -42,6 +43,7 @@ class ScreenHost::Implementation {
       : window_(std::move(events)),
         mirror_(engine_, *window_.contentItem(), screen),
         frame_(window_.contentItem(), [this] { prepareFrame(); }),
+        decorations_(*window_.contentItem()),
         covers_(*window_.contentItem(), [this] { noteCovers(); }) {
     // The engine owns its image providers.
     engine_.addImageProvider(QLatin1String(artworkProviderName), new ArtworkProvider(std::move(artwork)));
@@ -59,6 +61,8 @@ class ScreenHost::Implementation {
   void needsFrame() { frame_.polish(); }
   void cover(QQuickItem& item, std::function<void()> escape) { covers_.add(item, std::move(escape)); }
 
+  void decorate(QQuickItem& item) { decorations_.add(item); }
+
   void attach(const Strong<UIWindow>& window) {
     mirror_.setWindow(window);
     needsFrame();
@@ -68,6 +72,7 @@ class ScreenHost::Implementation {
   void prepareFrame() {
     fitWindow();
     mirror_.pass();
+    decorations_.setInReach(mirror_.isMainScreenInReach());
   }
 
   void fitWindow() {
@@ -95,6 +100,7 @@ class ScreenHost::Implementation {
   StageWindow window_;
   Mirror mirror_;
   FrameWork frame_;
+  Decorations decorations_;
   Covers covers_;
 };
 
@@ -121,6 +127,10 @@ void ScreenHost::attach(const Strong<UIWindow>& window) {
 
 void ScreenHost::cover(QQuickItem& item, std::function<void()> escape) {
   implementation_->cover(item, std::move(escape));
+}
+
+void ScreenHost::decorate(QQuickItem& item) {
+  implementation_->decorate(item);
 }
 
 void ScreenHost::needsFrame() {

@@ -15,10 +15,10 @@ class UIWindow;
 namespace qtquick {
 
 /// Chooses how Qt Quick draws. To be called once, after the application object was made and before the first window:
-/// asks OpenGL for its renderer in a context of its own. Where that is a rasteriser on the processor (llvmpipe,
-/// softpipe, swrast) or there is no OpenGL at all, the software scene graph draws, which is several times cheaper
-/// than OpenGL made in software; otherwise OpenGL does. A choice that the user made (`QT_QUICK_BACKEND`,
-/// `QSG_RHI_BACKEND`) stands.
+/// asks OpenGL for its renderer in a context of its own, unless there is no device that could draw. Where that is a
+/// rasteriser on the processor (llvmpipe, softpipe, swrast) or there is no OpenGL at all, the software scene graph
+/// draws, which is several times cheaper than OpenGL made in software; otherwise OpenGL does. A choice that the user
+/// made (`QT_QUICK_BACKEND`, `QSG_RHI_BACKEND`) stands.
 void chooseGraphics();
 
 /// Finds the picture of a library item, by the `UIImage::source` that is neither a URL nor a resource: a path. The
@@ -56,6 +56,12 @@ class ScreenHost final : public host::Screen {
   /// focus. Meanwhile nothing of the app takes input, focus or attention, whatever the app shows; Escape and Back
   /// call `escape` of the item that was laid last, outside any turn. The item stays the caller's.
   void cover(QQuickItem& item, std::function<void()> escape);
+
+  /// Lays `item`, which is not the app's, over the app's main screen until it is destroyed, as large as the window.
+  /// The app is not covered: what `item` does not handle itself reaches it, and the screens that the app presents lie
+  /// over both. Only while none does, and nothing covers the app, `item` is enabled. It does not get the focus, and
+  /// does not hear of Escape and Back. The item stays the caller's.
+  void decorate(QQuickItem& item);
 
   void needsFrame() override;
   double width() const override;

@@ -5,6 +5,11 @@
 
 namespace qtquick {
 
+void ScrollNode::update() {
+  ViewNode::update();
+  readAgain();
+}
+
 QPointF ScrollNode::offset() const {
   const auto view = viewAs<UIScrollView>();
   return view ? QPointF(view->contentOffset().x, view->contentOffset().y) : QPointF();

@@ -19,6 +19,9 @@ class ScrollNode final : public ViewNode {
  public:
   ScrollNode(Mirror& mirror, const Strong<UIScrollView>& view) : ViewNode(mirror, view) {}
 
+  void update() override;
+  bool takesTouches() const override { return true; }
+
   /// Points from the upper left corner of the content.
   QPointF offset() const;
   /// Whether it comes to rest on whole pages only.

@@ -23,6 +23,7 @@ class SliderNode final : public ViewNode {
  public:
   SliderNode(Mirror& mirror, const Strong<UISlider>& slider) : ViewNode(mirror, slider) {}
 
+  bool takesTouches() const override { return true; }
   double value() const;
   double minimum() const;
   double maximum() const;

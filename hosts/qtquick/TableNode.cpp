@@ -28,6 +28,11 @@ QColor TableNode::tint() const {
   return table ? colour(table->tintColor()) : QColor(Qt::white);
 }
 
+QString TableNode::emptyText() const {
+  const auto table = this->table();
+  return table && table->isKnownToBeEmpty() ? QString::fromStdString(table->emptyText()) : QString();
+}
+
 double TableNode::offset() const {
   const auto table = this->table();
   return table ? table->contentOffset().y : 0;

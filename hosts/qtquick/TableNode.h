@@ -33,14 +33,18 @@ class TableNode final : public ViewNode {
   Q_PROPERTY(int rows READ rows NOTIFY changed)
   Q_PROPERTY(double rowHeight READ rowHeight NOTIFY changed)
   Q_PROPERTY(QColor tint READ tint NOTIFY changed)
+  Q_PROPERTY(QString emptyText READ emptyText NOTIFY changed)
   Q_PROPERTY(double offset READ offset NOTIFY changed)
 
  public:
   TableNode(Mirror& mirror, const Strong<UITableView>& table) : ViewNode(mirror, table) {}
 
+  bool takesTouches() const override { return true; }
   int rows() const;
   double rowHeight() const;
   QColor tint() const;
+  /// What to show in the place of rows; empty where there are any, or where it is not known yet.
+  QString emptyText() const;
   /// Points from the top of the content.
   double offset() const;
 

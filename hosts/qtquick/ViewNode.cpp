@@ -11,6 +11,7 @@
 #include "hosts/qtquick/ScrollNode.h"
 #include "hosts/qtquick/SliderNode.h"
 #include "hosts/qtquick/TableNode.h"
+#include "hosts/qtquick/TouchTarget.h"
 #include "platform/foundation/RunLoop.h"
 #include "platform/uikit/UIGestureRecognizer.h"
 
@@ -184,6 +185,10 @@ bool ViewNode::isTappable() const {
 QString ViewNode::accessibleName() const {
   const auto view = this->view();
   return view ? QString::fromStdString(view->accessibilityLabel()) : QString();
+}
+
+bool ViewNode::isTouchedAt(QPointF point) const {
+  return isMeantFor(item(), item().mapToScene(point), mirror().itemsThatTakeTouches());
 }
 
 void ViewNode::tap() const {

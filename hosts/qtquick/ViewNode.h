@@ -44,6 +44,11 @@ class ViewNode : public Node {
 
   /// How many points of the window one of the view's own takes.
   Q_INVOKABLE double scaleOnScreen() const;
+  /// Whether a touch or click there, in the view's own points, is meant for the view: also a little beside a control
+  /// that is small.
+  Q_INVOKABLE bool isTouchedAt(QPointF point) const;
+  /// Whether touches are for the view itself, so that no other view's target reaches into it.
+  virtual bool takesTouches() const { return isTappable(); }
   /// A tap that has no place.
   Q_INVOKABLE void tap() const;
   Q_INVOKABLE void tapAt(QPointF point) const;
@@ -59,6 +64,9 @@ class ViewNode : public Node {
   Strong<UIView> view() const { return view_.lock(); }
   /// The item in which the items of the view's layers lie.
   virtual QQuickItem& inside() const { return item(); }
+  /// For the items of this view and of all below it, which depend on more than their own views: on the scale, and on
+  /// what a strip shows.
+  void readAgain();
 
  private:
   friend class Mirror;
@@ -69,8 +77,6 @@ class ViewNode : public Node {
   };
 
   void updateChildren(const UIView& view);
-  /// For the items of this view and of all below it, which look otherwise at another scale.
-  void readAgain();
   std::unique_ptr<Node> makeChild(const Strong<CALayer>& layer);
   void leaveFocusToFilm(const UIView& view) const;
 

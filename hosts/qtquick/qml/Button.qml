@@ -13,15 +13,9 @@ T.AbstractButton {
     visible: node.shown
     hoverEnabled: true
 
-    // Where the whole screen is drawn smaller, a finger is not.
+    // A finger is as large on a small control as on a large one.
     containmentMask: QtObject {
-        function contains(point: point): bool {
-            const least = 44 / button.node.scaleOnScreen()
-            const besideX = Math.max(0, (least - button.width) / 2)
-            const besideY = Math.max(0, (least - button.height) / 2)
-            return point.x >= -besideX && point.x < button.width + besideX &&
-                   point.y >= -besideY && point.y < button.height + besideY
-        }
+        function contains(point: point): bool { return button.node.isTouchedAt(point) }
     }
 
     Accessible.role: Accessible.Button

@@ -7,7 +7,7 @@ View {
 
     Accessible.role: Accessible.Graphic
     Accessible.name: node.accessibleName
-    Accessible.ignored: !enabled || node.accessibleName === ""
+    Accessible.ignored: !enabled || node.accessibleName === "" || !node.inSight
 
     Image {
         anchors.fill: parent

@@ -15,7 +15,7 @@ T.Slider {
     // Where the clock leaves too little of the track, it goes below.
     readonly property bool isNarrow: node.showsTime && width < 2 * timeWidth + 140
 
-    leftPadding: node.showsTime && !isNarrow ? timeWidth + 4 : 0
+    leftPadding: node.showsTime && !isNarrow ? timeWidth + 10 : 0
     rightPadding: leftPadding
     bottomPadding: isNarrow ? 18 : 0
 
@@ -23,6 +23,11 @@ T.Slider {
     visible: node.shown
     hoverEnabled: true
     activeFocusOnTab: true
+
+    // A finger is as large on a small control as on a large one.
+    containmentMask: QtObject {
+        function contains(point: point): bool { return slider.node.isTouchedAt(point) }
+    }
 
     Accessible.role: Accessible.Slider
     Accessible.name: node.accessibleName

@@ -101,15 +101,14 @@ T.ItemDelegate {
             anchors.right: parent.right
             anchors.rightMargin: row.table.gutter + 12
             y: Math.round((parent.height - 4 - height) / 2)
-            spacing: 4
+            spacing: title.isOneLine ? 4 : 2
 
-            Text {
+            RowTitle {
+                id: title
+
                 width: parent.width
-                text: row.content.title
-                textFormat: Text.PlainText
-                elide: Text.ElideRight
+                title: row.content.title
                 color: row.content.titleColor
-                font.pixelSize: 17
             }
             Text {
                 width: parent.width

@@ -26,6 +26,7 @@ ListView {
 
     Accessible.role: Accessible.List
     Accessible.name: node.accessibleName
+    Accessible.description: node.emptyText
     Accessible.focusable: true
     Accessible.ignored: !enabled
 
@@ -59,6 +60,24 @@ ListView {
 
     delegate: TableRow {
         table: list
+    }
+
+    Text {
+        parent: list
+        anchors.centerIn: parent
+        width: Math.min(360, parent.width - 32)
+        visible: text !== ""
+        text: list.node.emptyText
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+        horizontalAlignment: Text.AlignHCenter
+        lineHeight: 1.15
+        color: "#A9B4BA"
+        font.pixelSize: 17
+
+        Accessible.role: Accessible.StaticText
+        Accessible.name: text
+        Accessible.ignored: !enabled
     }
 
     T.ScrollBar.vertical: T.ScrollBar {

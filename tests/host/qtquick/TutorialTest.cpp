@@ -7,6 +7,11 @@
 
 namespace {
 
+void collectPictures(QAccessibleInterface* from, QStringList& names) {
+  if (from->role() == QAccessible::Graphic) names << from->text(QAccessible::Name);
+  for (int child = 0; child < from->childCount(); ++child) collectPictures(from->child(child), names);
+}
+
 /// The tutorial over the main screen. The strip's pages are 682.67 points wide.
 class TutorialTest : public testing::Test {
  protected:
@@ -222,6 +227,23 @@ TEST_F(TutorialTest, AssistiveTechnologyTurnsThePage) {
   actions->doAction(QAccessibleActionInterface::previousPageAction());
   stage.settle();
   expectPage(0);
+}
+
+TEST_F(TutorialTest, AssistiveTechnologyIsToldWhatThePictureInSightShows) {
+  const auto told = [&] {
+    QStringList names;
+    collectPictures(QAccessible::queryAccessibleInterface(strip()), names);
+    return names;
+  };
+  const QStringList first = told();
+  ASSERT_EQ(first.size(), 1);
+  EXPECT_TRUE(first[0].contains("left ear") && first[0].contains("right ear")) << first[0].toStdString();
+  stage.event([&] { pager->_scrollview->setContentOffset({pageWidth() / 2, 0}); });
+  EXPECT_EQ(told().size(), 2);
+  showSecondPage();
+  const QStringList second = told();
+  ASSERT_EQ(second.size(), 1);
+  EXPECT_TRUE(second[0].contains("share") && second[0].contains("controls")) << second[0].toStdString();
 }
 
 TEST_F(TutorialTest, ShowsAnotherPictureOnEachPage) {

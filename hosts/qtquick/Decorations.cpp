@@ -1,0 +1,28 @@
+#include "hosts/qtquick/Decorations.h"
+
+#include "hosts/qtquick/Levels.h"
+
+#include <QQuickItem>
+
+#include <algorithm>
+
+namespace qtquick {
+
+void Decorations::add(QQuickItem& item) {
+  item.setParentItem(&stage_);
+  item.setZ(decorationLevel);
+  item.setEnabled(inReach_);
+  const auto fit = [this, &item] { item.setSize(stage_.size()); };
+  fit();
+  connect(&stage_, &QQuickItem::widthChanged, &item, fit);
+  connect(&stage_, &QQuickItem::heightChanged, &item, fit);
+  connect(&item, &QObject::destroyed, this, [this](const QObject* gone) { std::erase(items_, gone); });
+  items_.push_back(&item);
+}
+
+void Decorations::setInReach(bool inReach) {
+  inReach_ = inReach;
+  for (auto* const item : items_) item->setEnabled(inReach);
+}
+
+}  // namespace qtquick
