@@ -10,24 +10,30 @@
 #include "hosts/desktop/DesktopServices.h"
 #include "hosts/desktop/EventLoop.h"
 #include "hosts/desktop/GuardedLibrary.h"
+#include "hosts/desktop/IndexingBar.h"
 #include "hosts/desktop/Layers.h"
 #include "hosts/desktop/LibraryAccess.h"
 #include "hosts/desktop/LibraryPolicy.h"
+#include "hosts/desktop/LibraryWait.h"
 #include "hosts/desktop/MailPrograms.h"
+#include "hosts/desktop/Notice.h"
 #include "hosts/desktop/Paths.h"
+#include "hosts/desktop/PlayingDisplay.h"
+#include "hosts/desktop/PlayingFilms.h"
 #include "hosts/desktop/SettingsPage.h"
 #include "hosts/desktop/SingleInstance.h"
+#include "hosts/desktop/SoundOutput.h"
+#include "hosts/desktop/SoundOutputWatch.h"
 #include "hosts/desktop/StandardOutput.h"
 #include "hosts/desktop/TerminationSignals.h"
 #include "hosts/desktop/UserPresence.h"
 #include "hosts/desktop/WindowPlace.h"
 #include "hosts/gstreamer/Engine.h"
-#include "hosts/medialibrary/Artwork.h"
+#include "hosts/medialibrary/ArtworkMaker.h"
 #include "hosts/medialibrary/Folders.h"
 #include "hosts/medialibrary/Library.h"
 #include "hosts/qtquick/ScreenHost.h"
 #include "platform/Platform.h"
-#include "platform/mediaplayer/MPMediaQuery.h"
 #include "platform/uikit/UIWindow.h"
 
 #include <QFile>
@@ -35,11 +41,13 @@
 #include <QIcon>
 #include <QImage>
 #include <QQuickWindow>
+#include <QShortcut>
+
+#include <cstdio>
 
 namespace {
 
-QImage artworkImage(const std::string& path, int largestSide) {
-  const auto still = medialibrary::artwork(path, largestSide);
+QImage imageOf(const std::optional<probe::Still>& still) {
   if (!still) return {};
   const QImage view(still->bgrx.data(), still->width, still->height, still->width * 4, QImage::Format_RGB32);
   return view.copy();
@@ -98,8 +106,13 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
   desktop::SettingsPage* settingsPage = nullptr;
   desktop::DesktopServices services([&] { settingsPage->open(); });
   desktop::MailPrograms mail(eventLoop, (desktop::runtimeFolder() + QStringLiteral("/drafts")).toStdString());
-  const auto engine = gstreamer::makeEngine(eventLoop);
   UIApplication* running = nullptr;  // between its launch and its end
+  const auto pauseFilms = [&] {
+    if (running != nullptr) desktop::pausePlayingFilms();
+  };
+  gstreamer::Options engineOptions;
+  engineOptions.soundTaken = [&] { eventLoop.post(pauseFilms); };
+  const auto engine = gstreamer::makeEngine(eventLoop, std::move(engineOptions));
   desktop::BackgroundReasons background(
       [&] {
         if (running != nullptr) inTurn([&] { running->enterBackground(); });
@@ -113,10 +126,12 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
     background.set(desktop::BackgroundReason::SessionLocked, false);
     background.set(desktop::BackgroundReason::ScreenSaver, false);
   });
-  qtquick::ScreenHost screen(artworkImage,
-                             {.closed = end,
-                              .hidden = [&] { background.set(desktop::BackgroundReason::WindowHidden, true); },
-                              .shown = [&] { background.set(desktop::BackgroundReason::WindowHidden, false); }});
+  medialibrary::ArtworkMaker artwork(medialibrary::indexerProgram());
+  qtquick::ScreenHost screen(
+      [&](const auto& path, int largestSide) { return imageOf(artwork.picture(path, largestSide)); },
+      {.closed = end,
+       .hidden = [&] { background.set(desktop::BackgroundReason::WindowHidden, true); },
+       .shown = [&] { background.set(desktop::BackgroundReason::WindowHidden, false); }});
   mainWindow = &screen.window();
   const desktop::WindowPlace place(desktop::stateFolder() + QStringLiteral("/window.ini"));
   restore(*mainWindow, place);
@@ -127,22 +142,43 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
                                 QFile::decodeName(medialibrary::videosFolder().c_str()));
   desktop::Layers layers(screen);
   desktop::AccessPrompt prompt(layers);
+  desktop::LibraryWait wait(layers);
   desktop::GuardedLibrary library(
       eventLoop, access, [&](auto answered) { prompt.ask(std::move(answered)); },
+      [&](auto& itself, auto answered) { wait.begin(itself, std::move(answered)); },
       [&](auto folders) {
-        return medialibrary::makeLibrary(eventLoop, {std::move(folders), {}});
+        medialibrary::LibraryOptions options;
+        options.folders = std::move(folders);
+        options.spare = (desktop::runtimeFolder() + QStringLiteral("/library.db")).toStdString();
+        return medialibrary::makeLibrary(eventLoop, std::move(options));
       });
-  desktop::SettingsPage settings(layers, access, [&] { return library.contents(MPMediaTypeHomeVideo); });
+  desktop::PlayingDisplay display(bus, [&](bool isPlaying) { library.setGentle(isPlaying); });
+  desktop::IndexingBar indexingBar(layers, library);
+  QObject::connect(&wait, &desktop::LibraryWait::waitingChanged, &indexingBar,
+                   [&] { indexingBar.setHeldBack(wait.isWaiting()); });
+  desktop::SettingsPage settings(layers, access, library);
+  desktop::Notice monoNotice(layers, QStringLiteral("The sound output is mono: both films are heard in both ears"));
   settingsPage = &settings;
+  // The keys by which people open the settings of any app, whatever the app shows.
+  const QShortcut settingsKeys(QKeySequence(Qt::CTRL | Qt::Key_Comma), mainWindow, [&] { settings.open(); });
 
   const desktop::TerminationSignals termination(end);
   int status = 0;
   {
-    Platform platform({eventLoop, console, defaults, resources, services, mail, bus, screen, *engine, library});
+    Platform platform({eventLoop, console, defaults, resources, services, mail, display, screen, *engine, library});
     const auto& shared = UIApplication::sharedApplication();
     shared->launch(delegateClassName);
     screen.attach(shared->keyWindow());
     running = shared.get();
+    desktop::SoundOutputRule soundOutput;
+    const desktop::SoundOutputWatch soundOutputWatch([&](auto output, auto passing) {
+      eventLoop.post([&, output, passing] {
+        if (running == nullptr) return;
+        const auto consequences = soundOutput.next(output, passing);
+        if (consequences.pausesFilms) pauseFilms();
+        if (consequences.tellsThatItIsMono) monoNotice.show();
+      });
+    });
     status = QCoreApplication::exec();
     running = nullptr;
     inTurn([&] { shared->terminate(); });

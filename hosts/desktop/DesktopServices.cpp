@@ -1,5 +1,6 @@
 #include "hosts/desktop/DesktopServices.h"
 
+#include "hosts/desktop/Browser.h"
 #include "hosts/desktop/Paths.h"
 
 #include <QDesktopServices>
@@ -34,7 +35,9 @@ bool DesktopServices::open(const std::string& url) {
   }
   if (address.scheme() != QLatin1String("quillop-help")) return QDesktopServices::openUrl(address);
   const QString page = helpPageOnDisk(address.path());
-  return QFileInfo::exists(page) && QDesktopServices::openUrl(QUrl::fromLocalFile(page));
+  if (!QFileInfo::exists(page)) return false;
+  // Qt knows no desktop entries: it needs a program for opening things, which a small system lacks, or a sandbox.
+  return openInBrowser(page.toStdString()) || QDesktopServices::openUrl(QUrl::fromLocalFile(page));
 }
 
 }  // namespace desktop

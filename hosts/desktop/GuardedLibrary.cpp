@@ -1,5 +1,7 @@
 #include "hosts/desktop/GuardedLibrary.h"
 
+#include "platform/mediaplayer/MPMediaQuery.h"
+
 #include <utility>
 
 namespace desktop {
@@ -14,8 +16,8 @@ class NoItems final : public host::LibraryItems {
 
 }  // namespace
 
-GuardedLibrary::GuardedLibrary(host::MainLoop& mainLoop, LibraryAccess& access, Ask ask, Open open)
-    : mainLoop_(mainLoop), access_(access), ask_(std::move(ask)), open_(std::move(open)) {
+GuardedLibrary::GuardedLibrary(host::MainLoop& mainLoop, LibraryAccess& access, Ask ask, Wait wait, Open open)
+    : mainLoop_(mainLoop), access_(access), ask_(std::move(ask)), wait_(std::move(wait)), open_(std::move(open)) {
   connect(&access_, &LibraryAccess::answered, this, [this] { openOrClose(); });
   connect(&access_, &LibraryAccess::foldersChanged, this, [this] {
     if (library_) library_->setFolders(access_.folders());
@@ -41,6 +43,20 @@ void GuardedLibrary::settle(std::optional<Answer> answer) {
   for (auto& each : std::exchange(waiting_, {})) tell(std::move(each));
 }
 
+void GuardedLibrary::prepare(std::function<void(bool isReady)> ready) {
+  auto* const library = readable();
+  if (library != nullptr) {
+    library->refresh();
+    const auto contents = library->contents(MPMediaTypeHomeVideo);
+    if (contents.isSearching || contents.unknownFiles > 0) {
+      wait_(*this,
+            [this, ready = std::move(ready)](bool isReady) { mainLoop_.post([ready, isReady] { ready(isReady); }); });
+      return;
+    }
+  }
+  ready(true);
+}
+
 std::shared_ptr<const host::LibraryItems> GuardedLibrary::items(std::uint64_t mediaType) {
   auto* const library = readable();
   return library != nullptr ? library->items(mediaType) : std::make_shared<const NoItems>();
@@ -51,17 +67,45 @@ std::optional<medialibrary::FolderLibrary::Contents> GuardedLibrary::contents(st
   return library != nullptr ? std::optional(library->contents(mediaType)) : std::nullopt;
 }
 
+medialibrary::FolderLibrary::Progress GuardedLibrary::progress() {
+  auto* const library = readable();
+  return library != nullptr ? library->progress() : medialibrary::FolderLibrary::Progress{};
+}
+
+std::vector<medialibrary::FolderLibrary::UnreadableFile> GuardedLibrary::unreadableFiles(std::size_t most) {
+  auto* const library = readable();
+  return library != nullptr ? library->unreadableFiles(most)
+                            : std::vector<medialibrary::FolderLibrary::UnreadableFile>{};
+}
+
+void GuardedLibrary::rescan() {
+  if (auto* const library = readable()) library->rescan();
+}
+
+void GuardedLibrary::setGentle(bool isGentle) {
+  isGentle_ = isGentle;
+  if (library_) library_->setGentle(isGentle);
+}
+
 medialibrary::FolderLibrary* GuardedLibrary::readable() {
   openOrClose();  // a restriction may have come or gone since
   return library_.get();
 }
 
 void GuardedLibrary::openOrClose() {
-  if (access_.status() != host::LibraryAccess::Authorised) {
-    library_ = nullptr;
-  } else if (!library_) {
-    library_ = open_(access_.folders());
+  const bool isAllowed = access_.status() == host::LibraryAccess::Authorised;
+  if (isAllowed == (library_ != nullptr)) return;
+  library_ = isAllowed ? open_(access_.folders()) : nullptr;
+  if (library_) {
+    library_->setGentle(isGentle_);
+    library_->setChanged([this] { noteChangeLater(); });
   }
+  noteChangeLater();
+}
+
+/// Whoever hears of a change asks what there is now, which may close the library: not while it is telling.
+void GuardedLibrary::noteChangeLater() {
+  QMetaObject::invokeMethod(this, &GuardedLibrary::changed, Qt::QueuedConnection);
 }
 
 }  // namespace desktop

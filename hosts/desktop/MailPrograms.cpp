@@ -2,6 +2,7 @@
 
 #include "hosts/desktop/DesktopEntry.h"
 #include "hosts/desktop/MailMessage.h"
+#include "hosts/desktop/ProgramStart.h"
 
 #include <gio/gdesktopappinfo.h>
 #include <gio/gio.h>
@@ -109,25 +110,10 @@ std::optional<std::string> written(const std::string& folder, const std::string&
   return path;
 }
 
-void leaveTheSession(gpointer /*nothing*/) {
-  setsid();
-}
-
-/// Starts `command` as nobody's child, in a session of its own. Waits until it runs or could not be run.
-bool start(const std::vector<std::string>& command) {
-  if (command.empty()) return false;
-  std::vector<std::string> words = command;
-  std::vector<char*> arguments;
-  for (auto& word : words) arguments.push_back(word.data());
-  arguments.push_back(nullptr);
-  return g_spawn_async(nullptr, arguments.data(), nullptr, G_SPAWN_SEARCH_PATH, leaveTheSession, nullptr, nullptr,
-                       nullptr);
-}
-
 bool openFile(const std::string& execLine, const std::string& folder, const std::string& message) {
   const auto path = written(folder, message);
   if (!path) return false;
-  const bool started = start(commandToOpen(execLine, *path));
+  const bool started = startProgram(commandToOpen(execLine, *path));
   if (!started) unlink(path->c_str());
   return started;
 }
@@ -138,7 +124,7 @@ bool compose(const std::string& execLine, const std::string& argument) {
   // The entry for addresses may hold the option already.
   if (command.back() != "-compose" && command.back() != "--compose") command.emplace_back("-compose");
   command.push_back(argument);
-  return start(command);
+  return startProgram(command);
 }
 
 /// Everything that needs the main thread is in what this gives back; the rest is done by calling it.

@@ -1,5 +1,8 @@
 #include "hosts/desktop/SettingsPage.h"
 
+#include "hosts/desktop/ProgressText.h"
+#include "platform/mediaplayer/MPMediaQuery.h"
+
 #include <QCoreApplication>
 #include <QMetaObject>
 
@@ -7,38 +10,27 @@ namespace desktop {
 
 namespace {
 
-/// While files are still being looked into, how often what is known is asked for.
-constexpr int countInterval = 500;  // milliseconds
-
-QString countText(const medialibrary::FolderLibrary::Contents& contents) {
-  const QString videos =
-      contents.items == 1 ? QStringLiteral("1 video") : QStringLiteral("%1 videos").arg(contents.items);
-  return contents.unknownFiles == 0 ? videos : videos + QStringLiteral(", still looking");
-}
+/// More than anybody reads, and few enough to be fetched at every change.
+constexpr std::size_t mostUnreadableFiles = 5000;
 
 }  // namespace
 
-SettingsPage::SettingsPage(Layers& layers, LibraryAccess& access, Contents contents)
-    : layers_(layers), access_(access), countContents_(std::move(contents)) {
+SettingsPage::SettingsPage(Layers& layers, LibraryAccess& access, GuardedLibrary& library)
+    : layers_(layers), access_(access), library_(library) {
   connect(&access_, &LibraryAccess::answered, this, &SettingsPage::update);
   connect(&access_, &LibraryAccess::foldersChanged, this, &SettingsPage::update);
-  countAgain_.setSingleShot(true);
-  countAgain_.setInterval(countInterval);
-  connect(&countAgain_, &QTimer::timeout, this, &SettingsPage::update);
+  connect(&library_, &GuardedLibrary::changed, this, &SettingsPage::updateContents);
 }
 
 void SettingsPage::open() {
   if (isShown()) return;
-  count();
+  readContents();
   layer_ = layers_.open(QStringLiteral("SettingsPage"), *this, [this] { emit escapePressed(); });
 }
 
 void SettingsPage::close() {
-  const auto end = [this] {
-    layer_ = nullptr;
-    countAgain_.stop();
-  };
-  QMetaObject::invokeMethod(this, end, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      this, [this] { layer_ = nullptr; }, Qt::QueuedConnection);
 }
 
 bool SettingsPage::isAllowed() const {
@@ -71,6 +63,34 @@ QStringList SettingsPage::addedFolders() const {
   return shown;
 }
 
+QString SettingsPage::contents() const {
+  return contents_ ? videosText(contents_->items) : QStringLiteral("Access is off, so nothing is looked for.");
+}
+
+bool SettingsPage::isWorking() const {
+  return contents_ && (contents_->isSearching || progress_.total > 0);
+}
+
+double SettingsPage::fraction() const {
+  return progress_.total == 0 ? 0.0 : static_cast<double>(progress_.done) / static_cast<double>(progress_.total);
+}
+
+QString SettingsPage::progress() const {
+  return progress_.total == 0 ? QStringLiteral("Searching your folders") : progressText(progress_);
+}
+
+QString SettingsPage::unreadable() const {
+  if (!contents_ || contents_->unreadableFiles == 0) return {};
+  if (contents_->unreadableFiles == 1) return QStringLiteral("1 file could not be read");
+  return QStringLiteral("%1 files could not be read").arg(numberText(contents_->unreadableFiles));
+}
+
+QString SettingsPage::unlisted() const {
+  const auto listed = static_cast<std::size_t>(unreadableFiles_.rowCount());
+  if (!contents_ || contents_->unreadableFiles <= listed) return {};
+  return QStringLiteral("And %1 more").arg(numberText(contents_->unreadableFiles - listed));
+}
+
 QString SettingsPage::version() const {
   return QCoreApplication::applicationVersion();
 }
@@ -90,14 +110,20 @@ void SettingsPage::removeFolder(int place) {
 
 void SettingsPage::update() {
   if (!isShown()) return;
-  count();
   emit changed();
+  updateContents();
 }
 
-void SettingsPage::count() {
-  const auto contents = countContents_();
-  contents_ = contents ? countText(*contents) : QStringLiteral("Access is off, so nothing is looked for.");
-  if (contents && contents->unknownFiles > 0) countAgain_.start();
+void SettingsPage::updateContents() {
+  if (!isShown()) return;
+  readContents();
+  emit contentsChanged();
+}
+
+void SettingsPage::readContents() {
+  contents_ = library_.contents(MPMediaTypeHomeVideo);
+  progress_ = library_.progress();
+  unreadableFiles_.setFiles(library_.unreadableFiles(mostUnreadableFiles));
 }
 
 }  // namespace desktop

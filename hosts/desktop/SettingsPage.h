@@ -1,18 +1,16 @@
 #pragma once
 
 #include "hosts/desktop/FolderChooser.h"
+#include "hosts/desktop/GuardedLibrary.h"
 #include "hosts/desktop/Layers.h"
 #include "hosts/desktop/LibraryAccess.h"
-#include "hosts/medialibrary/Library.h"
+#include "hosts/desktop/UnreadableFiles.h"
 
 #include <QObject>
 #include <QQuickItem>
 #include <QStringList>
-#include <QTimer>
 
-#include <functional>
 #include <memory>
-#include <optional>
 
 namespace desktop {
 
@@ -25,16 +23,19 @@ class SettingsPage final : public QObject {
   Q_PROPERTY(QString explanation READ explanation NOTIFY changed)
   Q_PROPERTY(QString videosFolder READ videosFolder NOTIFY changed)
   Q_PROPERTY(QStringList addedFolders READ addedFolders NOTIFY changed)
-  Q_PROPERTY(QString contents READ contents NOTIFY changed)
+  Q_PROPERTY(QString contents READ contents NOTIFY contentsChanged)
+  Q_PROPERTY(bool working READ isWorking NOTIFY contentsChanged)
+  Q_PROPERTY(double fraction READ fraction NOTIFY contentsChanged)
+  Q_PROPERTY(QString progress READ progress NOTIFY contentsChanged)
+  Q_PROPERTY(QString unreadable READ unreadable NOTIFY contentsChanged)
+  Q_PROPERTY(QString unlisted READ unlisted NOTIFY contentsChanged)
+  Q_PROPERTY(QObject* unreadableFiles READ unreadableFiles CONSTANT)
   Q_PROPERTY(QString version READ version CONSTANT)
   Q_PROPERTY(QObject* chooser READ chooser CONSTANT)
 
  public:
-  /// What the library holds now; none without access.
-  using Contents = std::function<std::optional<medialibrary::FolderLibrary::Contents>()>;
-
-  /// `layers` and `access` outlive the page.
-  SettingsPage(Layers& layers, LibraryAccess& access, Contents contents);
+  /// All of them outlive the page.
+  SettingsPage(Layers& layers, LibraryAccess& access, GuardedLibrary& library);
 
   /// Shows the page. Does nothing while it is shown already.
   void open();
@@ -46,7 +47,18 @@ class SettingsPage final : public QObject {
   QString videosFolder() const;
   /// As they are shown.
   QStringList addedFolders() const;
-  QString contents() const { return contents_; }
+  /// "37 videos", or why there is nothing to tell.
+  QString contents() const;
+  /// Whether files are being looked into or looked for.
+  bool isWorking() const;
+  /// How far that is, from 0 to 1, and the same in words.
+  double fraction() const;
+  QString progress() const;
+  /// "3 files could not be read"; empty where there is none.
+  QString unreadable() const;
+  /// How many more there are than are listed, in words; empty where all are listed.
+  QString unlisted() const;
+  QObject* unreadableFiles() { return &unreadableFiles_; }
   QString version() const;
   QObject* chooser() { return &chooser_; }
 
@@ -55,24 +67,28 @@ class SettingsPage final : public QObject {
   Q_INVOKABLE void addChosenFolder();
   /// `place` in `addedFolders()`.
   Q_INVOKABLE void removeFolder(int place);
+  Q_INVOKABLE void rescan() { library_.rescan(); }
   /// Takes effect once the event that led here is dealt with, since it ends the layer.
   Q_INVOKABLE void close();
 
  signals:
   void changed();
+  void contentsChanged();
   /// Escape or Back was pressed. The layer closes its inner page, or itself.
   void escapePressed();
 
  private:
   void update();
-  void count();
+  void updateContents();
+  void readContents();
 
   Layers& layers_;
   LibraryAccess& access_;
-  Contents countContents_;
+  GuardedLibrary& library_;
   FolderChooser chooser_;
-  QString contents_;
-  QTimer countAgain_;
+  std::optional<medialibrary::FolderLibrary::Contents> contents_;
+  medialibrary::FolderLibrary::Progress progress_;
+  UnreadableFiles unreadableFiles_;
   std::unique_ptr<QQuickItem> layer_;
 };
 

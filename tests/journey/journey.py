@@ -17,6 +17,8 @@ CUT_IN_ITS_HEADER = "Film E, cut off in its header"
 NO_FILM = "Film F, no film at all"
 CUT_IN_ITS_MIDDLE = "Film G, cut off in its middle"
 
+STAND_IN_DESKTOP = "quillop-stand-in-desktop"
+
 # What Qt Quick and GLib say on standard error when a program of theirs is wrong.
 COMPLAINT = re.compile(r"TypeError|ReferenceError|Binding loop|-CRITICAL|-WARNING|Fatal error")
 
@@ -37,19 +39,19 @@ class Surroundings:
             self._shared.end()
         self._homes.cleanup()
 
-    def _clip_path(self, title):
+    def clip_path(self, title):
         return os.path.join(self.folder, "clips", title + ".mp4")
 
     def _make_clips(self):
         for clip in (FILM_A, FILM_B, SHORT_FILM):
-            clip.write(self._clip_path(clip.title))
-        PROTECTED_FILM.write(self._clip_path(PROTECTED_FILM.title), *clips.ENCRYPTED)
-        with open(self._clip_path(FILM_A.title), "rb") as file:
+            clip.write(self.clip_path(clip.title))
+        PROTECTED_FILM.write(self.clip_path(PROTECTED_FILM.title), *clips.ENCRYPTED)
+        with open(self.clip_path(FILM_A.title), "rb") as file:
             whole = file.read()
         for title, size in ((CUT_IN_ITS_HEADER, 3000), (CUT_IN_ITS_MIDDLE, len(whole) // 5)):
-            with open(self._clip_path(title), "wb") as file:
+            with open(self.clip_path(title), "wb") as file:
                 file.write(whole[:size])
-        with open(self._clip_path(NO_FILM), "w", encoding="ascii") as file:
+        with open(self.clip_path(NO_FILM), "w", encoding="ascii") as file:
             file.write("This is a letter, not a film.\n" * 100)
 
     def new_home(self, *titles):
@@ -57,11 +59,22 @@ class Surroundings:
         home = Home(tempfile.mkdtemp(dir=self._homes.name))
         whole = [clip.title for clip in (FILM_A, FILM_B, SHORT_FILM, PROTECTED_FILM)]
         for title in titles or whole + [CUT_IN_ITS_HEADER, NO_FILM, CUT_IN_ITS_MIDDLE]:
-            home.add(self._clip_path(title), title + ".mp4")
+            home.add(self.clip_path(title), title + ".mp4")
         return home
 
     def start(self, home, **environment):
         return Program(self.program_path, self.stage, home, environment)
+
+    @property
+    def stand_in_desktop(self):
+        """The path of the program that stands in for the desktop's services: beside the program, or where it is
+        built."""
+        folder = os.path.dirname(self.program_path)
+        places = (folder, os.path.join(folder, "..", "..", "tests", "host", "desktop"))
+        found = [place for place in places if os.path.exists(os.path.join(place, STAND_IN_DESKTOP))]
+        if not found:
+            raise FileNotFoundError(f"{STAND_IN_DESKTOP} is neither in {' nor in '.join(places)}")
+        return os.path.join(found[0], STAND_IN_DESKTOP)
 
     def shared_program(self):
         """A program with all films in its list. Started anew when the last one is gone."""
@@ -87,11 +100,16 @@ class Journey(unittest.TestCase):
         self.program = None
 
     def start(self, home, **environment):
-        """A program of the test's own, which ends with it."""
+        """A program of the test's own, which ends with it, past all that a new user is asked."""
+        self.begin_anew(home, **environment)
+        self.program.wait_until_ready()
+        return self.program
+
+    def begin_anew(self, home, **environment):
+        """A program of the test's own with nothing done to it yet: whatever a new user is asked is still open."""
         self.program = self.surroundings.start(home, **environment)
         self.addCleanup(self._check_complaints, self.program)
         self.addCleanup(self.program.end)
-        self.program.wait_until_ready()
         self._meet_films()
         return self.program
 
@@ -178,6 +196,12 @@ class Journey(unittest.TestCase):
         film.wait_for_view(lambda view: view.time is not None, "a clip")
         seen = [film.view().time for _ in range(3) if self.sound.take(0.2) is not None]
         self.assertEqual(len(set(seen)), 1, f"the picture moved: {seen}")
+
+    def assert_nothing_is_said_for_a_while(self, program, seconds=2.0):
+        """The console stays as it is while so much sound is played."""
+        place = program.mark()
+        self.sound.take(seconds)
+        self.assertEqual(program.lines[place:], [])
 
     def report(self, folder):
         """Leaves what there is to see behind, for whoever looks into a failure."""

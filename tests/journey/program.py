@@ -1,10 +1,13 @@
 """The program as a user has it: a home, a window, a console, and two films."""
 
+import json
 import os
 import signal
 import subprocess
 import threading
 import uuid
+
+from gi.repository import GLib
 
 from accessibility import STATE_ENABLED
 from clips import View
@@ -36,6 +39,19 @@ class Home:
     def add(self, clip_path, name):
         """Puts a file into the videos folder, under a name of its own."""
         os.link(clip_path, os.path.join(self.videos, name))
+
+    @property
+    def defaults(self):
+        """What the app has put down for its next start."""
+        with open(os.path.join(self.environment["XDG_CONFIG_HOME"], "quillop", "defaults.json"), encoding="utf-8") as file:
+            return json.load(file)
+
+    def know_the_app(self):
+        """Whoever lives here has met the hint and the tutorial already."""
+        folder = os.path.join(self.environment["XDG_CONFIG_HOME"], "quillop")
+        os.makedirs(folder, mode=0o700, exist_ok=True)
+        with open(os.path.join(folder, "defaults.json"), "w", encoding="ascii") as file:
+            json.dump({"primoAvvio": "2", "primoAvvio2": "2"}, file)
 
 
 class Program:
@@ -99,6 +115,10 @@ class Program:
         """The ids of all processes that came of this start and are still there, itself included."""
         return marked(MARK, self._mark)
 
+    @property
+    def process_id(self):
+        return self._process.pid
+
     # Its console
 
     def mark(self):
@@ -145,6 +165,19 @@ class Program:
         until(lambda: node.has_state(STATE_ENABLED), f"'{name}' to take presses")
         node.press()
 
+    def press_until(self, name, is_done):
+        """Presses a control until it works: a screen that still moves takes no presses."""
+        def pressed():
+            if is_done():
+                return True
+            try:
+                self.find(name).press()
+            except (AttributeError, GLib.Error):
+                pass  # it has left the screen, or never came to it yet
+            return False
+
+        until(pressed, f"'{name}' to work", pause=0.1)
+
     def tap(self, node, across=0.5, down=0.5):
         self.stage.screen.click(*node.at(across, down))
 
@@ -167,6 +200,11 @@ class Program:
         """The number of its window."""
         found = until(lambda: self.stage.screen.windows_of(self._process.pid), "the program's window")
         return found[0]
+
+    @property
+    def is_in_sight(self):
+        """Whether its window is neither minimised nor gone."""
+        return bool(self.stage.screen.windows_of(self._process.pid))
 
     # What its user does
 
@@ -260,6 +298,12 @@ class Film:
             self.program.wait_until_gone(self.closing)
         self.tap()
         self.program.wait_for(self.closing)
+
+    def hide_controls(self):
+        """Lets them leave before they hide themselves, which the console would tell."""
+        if self.program.find(self.closing) is not None:
+            self.tap()
+        self.program.wait_until_gone(self.closing)
 
     def key_on(self, name, key):
         """Presses a key on one of its controls. Where the Tab key takes too long to get there, the controls hide

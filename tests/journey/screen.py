@@ -93,6 +93,19 @@ class VirtualScreen:
         pixels = pixels.reshape(height, bytes_per_line // 4, 4)[:, :width]
         return Picture(pixels[:, :, 2::-1].copy())  # in memory blue, green, red, unused
 
+    def brightness_at(self, points):
+        """A function that looks at these points of the screen (x, y), each time anew: how bright each is, 0 to 255."""
+        header = struct.unpack_from(">25I", self._frame_buffer)
+        first = header[0] + header[19] * 12
+        places = [first + int(y) * header[12] + int(x) * 4 + 1 for x, y in points]  # green stands for all colours
+        buffer = self._frame_buffer
+        return lambda: [buffer[place] for place in places]
+
+    @property
+    def process_id(self):
+        """Of the X server."""
+        return self._server.pid
+
     # The pointer and the keyboard. xdotool's own waiting (--sync) never ends where nothing changes.
 
     def point_at(self, x, y):
@@ -116,6 +129,30 @@ class VirtualScreen:
 
     def key(self, *names):
         self._run("xdotool", "key", *names)
+
+    def turn_wheel(self, x, y, notches):
+        """Turns the wheel over a place: downwards, or upwards where `notches` is negative."""
+        self.point_at(x, y)
+        for _ in range(abs(notches)):
+            self._run("xdotool", "click", "5" if notches > 0 else "4")
+
+    # The window manager
+
+    def resize(self, window, width, height):
+        self._run("xdotool", "windowsize", str(window), str(width), str(height))
+
+    def minimise(self, window):
+        self._run("xdotool", "windowminimize", str(window))
+
+    def bring_back(self, window):
+        """Shows a minimised window again, over the others."""
+        self._run("xdotool", "windowactivate", str(window))
+
+    def close_window(self, window):
+        """Asks a window to close itself, as the cross in its title bar does."""
+        self.bring_back(window)
+        until(lambda: self.active_window() == window, "the window to have the focus")
+        self.key("alt+F4")
 
     def windows_of(self, process_id):
         """The visible windows of a process."""

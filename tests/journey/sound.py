@@ -39,7 +39,22 @@ class SoundServer:
             + ["-L", f"module-native-protocol-unix auth-anonymous=1 socket={socket}"],
             env=dict(os.environ, HOME=self._folder.name, **self.environment), stdout=log, stderr=log,
         )
-        until(lambda: os.path.exists(socket), "the sound server")
+        # The socket is there before the server listens to it.
+        until(lambda: self._ask("info").returncode == 0, "the sound server", pause=0.1)
+
+    def streams(self):
+        """The numbers of the sound streams that the server plays now."""
+        done = self._ask("list", "short", "sink-inputs")
+        done.check_returncode()
+        return [line.split("\t")[0] for line in done.stdout.splitlines()]
+
+    def _ask(self, *words):
+        return subprocess.run(["pactl", *words], env=dict(os.environ, **self.environment), stdin=subprocess.DEVNULL,
+                              timeout=20, text=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=False)
+
+    @property
+    def process_id(self):
+        return self._server.pid
 
     @property
     def environment_without_server(self):

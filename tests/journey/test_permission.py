@@ -3,10 +3,7 @@
 import json
 import os
 
-from gi.repository import GLib
-
 from journey import FILM_A, Journey
-from processes import until
 
 QUESTION = '"Quillop" would like to access your media library'
 SWITCH = "Access to the media library"
@@ -16,14 +13,7 @@ class Permission(Journey):
     def setUp(self):
         super().setUp()
         self.home = self.surroundings.new_home(FILM_A.title)
-        self._know_the_app()
-
-    def _know_the_app(self):
-        """The user knows the app already, so that nothing but the question comes up."""
-        folder = os.path.join(self.home.environment["XDG_CONFIG_HOME"], "quillop")
-        os.makedirs(folder, mode=0o700, exist_ok=True)
-        with open(os.path.join(folder, "defaults.json"), "w", encoding="ascii") as file:
-            json.dump({"primoAvvio": "2", "primoAvvio2": "2"}, file)
+        self.home.know_the_app()  # so that nothing but the question comes up
 
     def begin(self, **environment):
         """Starts the program and leaves it as its start does."""
@@ -48,18 +38,7 @@ class Permission(Journey):
     def check_alert(self, message):
         """The alert is there and says so; it is closed again."""
         self.assertEqual(self.program.wait_for("Error").description, message)
-        self.press_in_alert("OK", lambda: self.program.find("Error") is None)
-
-    def press_in_alert(self, name, is_done):
-        """Presses a button until it works: an alert that still fades in takes no presses."""
-        def pressed():
-            try:
-                self.program.find(name).press()
-            except (AttributeError, GLib.Error):
-                pass  # it has left the screen, or never came to it yet
-            return is_done()
-
-        until(pressed, f"'{name}' to work", pause=0.1)
+        self.program.press_until("OK", lambda: self.program.find("Error") is None)
 
     def check_list_is_refused(self, message):
         place = self.program.mark()
@@ -77,7 +56,7 @@ class Permission(Journey):
 
     def open_settings(self):
         self.program.press("Choose videos")
-        self.press_in_alert("Open Settings", lambda: self.program.find(SWITCH) is not None)
+        self.program.press_until("Open Settings", lambda: self.program.find(SWITCH) is not None)
         return self.program.wait_for(SWITCH)
 
     def test_allowed_access_is_remembered(self):
@@ -90,6 +69,18 @@ class Permission(Journey):
         self.restart()
         self.program.lines_up_to("posso accedere alla libreria", 0)
         self.assertIsNone(self.program.find(QUESTION))
+        self.check_list_opens()
+
+    def test_settings_open_by_their_keys_and_close_with_escape(self):
+        self.begin()
+        self.program.press("Allow")
+        self.program.lines_up_to("posso accedere alla libreria", 0)
+        self.program.wait_for("Choose videos")
+        self.screen.key("ctrl+comma")
+        self.program.wait_for(SWITCH)
+        self.screen.key("ctrl+comma")
+        self.screen.key("Escape")
+        self.program.wait_until_gone(SWITCH)
         self.check_list_opens()
 
     def test_refused_access_is_told_remembered_and_changed_on_the_settings_page(self):

@@ -81,7 +81,8 @@ class Troubles(Journey):
 class StartAndEnd(Journey):
     def setUp(self):
         super().setUp()
-        self.home = self.surroundings.new_home(FILM_A.title)
+        self.foreign_streams = set(self.stage.sound_server.streams())
+        self.home = self.surroundings.new_home(FILM_A.title, FILM_B.title)
         self.start(self.home)
         self.play(self.film1, FILM_A)
 
@@ -98,18 +99,28 @@ class StartAndEnd(Journey):
         until(lambda: self.screen.active_window() == window, "the first window to come forward")
         self.assert_still_plays(self.film1, FILM_A)
 
-    def test_closing_the_window_ends_the_program(self):
-        self.screen.key("alt+F4")
+    def test_closing_the_window_while_both_films_play_ends_the_program(self):
+        self.play(self.film2, FILM_B)
+        self.assertNotEqual(self.own_streams(), set())
+        self.screen.close_window(self.program.window)
         self.check_the_end(self.program)
 
-    def test_a_termination_signal_ends_the_program(self):
+    def test_a_termination_signal_while_both_films_play_ends_the_program(self):
+        self.play(self.film2, FILM_B)
         self.program.terminate()
         self.check_the_end(self.program)
 
+    def own_streams(self):
+        return set(self.stage.sound_server.streams()) - self.foreign_streams
+
     def check_the_end(self, program):
+        """Nothing is left but what the next start needs."""
         self.assertEqual(program.exit_status(), 0)
         until(lambda: not program.left_running(), lambda: f"no process left, but {commands(program.left_running())}")
-        self.assertTrue(self.sound.take(0.5).is_silent(self.film1.channel))
+        self.assertEqual(self.own_streams(), set())
+        sound = self.sound.take(0.5)
+        self.assertTrue(sound.is_silent(self.film1.channel) and sound.is_silent(self.film2.channel), str(sound))
+        self.assertEqual(self.home.defaults, {"primoAvvio": "2", "primoAvvio2": "2"})
 
 
 def commands(process_ids):

@@ -59,6 +59,7 @@ FocusScope {
         focus: true
         activeFocusOnTab: true
         keyNavigationEnabled: true
+        highlightMoveDuration: 0
         currentIndex: 0
         onModelChanged: currentIndex = 0
 

@@ -5,8 +5,9 @@ FocusScope {
     id: page
 
     required property QtObject node
-    readonly property real wholeHeight: head.height + flickable.contentHeight
+    readonly property real wholeHeight: Math.ceil(head.height + flickable.contentHeight)
     signal addRequested()
+    signal unreadableRequested()
 
     function scroll(distance) {
         const highest = Math.max(0, flickable.contentHeight - flickable.height)
@@ -98,20 +99,45 @@ FocusScope {
 
             SettingsTitle { text: "What the library holds" }
             SettingsText { text: page.node.contents }
+            Column {
+                width: parent.width
+                visible: page.node.working
+                enabled: page.node.working
+                spacing: 8
+
+                ProgressBar {
+                    width: parent.width
+                    value: page.node.fraction
+                    name: "Looking through your videos"
+                    description: page.node.progress
+                }
+                SettingsText { text: page.node.progress }
+            }
+            Flow {
+                width: parent.width
+                spacing: 12
+
+                PageButton {
+                    width: Math.min(parent.width, titleWidth + 40)
+                    title: "Rescan"
+                    enabled: page.node.allowed
+                    onClicked: page.node.rescan()
+                }
+                PageButton {
+                    width: Math.min(parent.width, titleWidth + 40)
+                    visible: page.node.unreadable !== ""
+                    enabled: visible
+                    title: page.node.unreadable
+                    onClicked: page.unreadableRequested()
+                }
+            }
 
             SettingsTitle { text: "About" }
             SettingsText { text: "Quillop " + page.node.version }
         }
     }
-    Rectangle {
-        readonly property real whole: flickable.visibleArea.heightRatio
-
-        anchors { right: parent.right; rightMargin: 4 }
-        visible: whole < 1
-        y: flickable.y + flickable.visibleArea.yPosition * flickable.height
-        width: 4
-        height: whole * flickable.height
-        radius: 2
-        color: "#59666E"
+    ScrollMark {
+        anchors.right: parent.right
+        flickable: flickable
     }
 }

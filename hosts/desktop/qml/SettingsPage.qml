@@ -6,12 +6,14 @@ Veil {
 
     readonly property bool isLarge: width >= 640 && height >= 520
     property bool isChoosing: false
+    property bool isListing: false
+    readonly property bool isInside: isChoosing || isListing
 
     function back() {
-        if (isChoosing)
-            isChoosing = false
-        else
+        if (!isInside)
             node.close()
+        isChoosing = false
+        isListing = false
     }
 
     function chooseFolder() {
@@ -37,10 +39,11 @@ Veil {
 
             anchors.fill: parent
             node: settings.node
-            visible: !settings.isChoosing
+            visible: !settings.isInside
             enabled: visible
             focus: visible
             onAddRequested: settings.chooseFolder()
+            onUnreadableRequested: settings.isListing = true
         }
         Loader {
             anchors.fill: parent
@@ -54,6 +57,18 @@ Veil {
                     settings.node.addChosenFolder()
                     settings.isChoosing = false
                 }
+            }
+        }
+        Loader {
+            anchors.fill: parent
+            active: settings.isListing
+            focus: active
+            sourceComponent: UnreadableFiles {
+                files: settings.node.unreadableFiles
+                count: settings.node.unreadable
+                unlisted: settings.node.unlisted
+                focus: true
+                onLeaving: settings.isListing = false
             }
         }
     }

@@ -1,5 +1,6 @@
 #include "hosts/desktop/SettingsPage.h"
 
+#include "tests/host/desktop/FakeLibrary.h"
 #include "tests/host/medialibrary/Environment.h"
 #include "tests/host/qtquick/ScreenStage.h"
 
@@ -15,7 +16,6 @@
 namespace desktop {
 namespace {
 
-using Contents = medialibrary::FolderLibrary::Contents;
 using host::LibraryAccess::Authorised;
 using host::LibraryAccess::Denied;
 
@@ -63,6 +63,17 @@ class SettingsPageTest : public testing::Test {
     auto* const interface = QAccessible::queryAccessibleInterface(stage.window().activeFocusItem());
     return interface != nullptr ? interface->text(QAccessible::Name) : QString();
   }
+  void allow() { access.setAnswer(LibraryAccess::Answer::Authorised); }
+  void tellChange() {
+    facts.changed();
+    stage.settle();
+  }
+  void makeUnreadable(std::size_t count) {
+    for (std::size_t number = 0; number < count; ++number) {
+      facts.unreadable.push_back({"/media/card/Film " + std::to_string(number) + ".mp4", "The file ends too early."});
+    }
+    facts.contents.unreadableFiles = count;
+  }
   void restrict() const {
     QDir().mkpath(home.filePath(QStringLiteral("xdg/quillop")));
     QFile file(home.filePath(QStringLiteral("xdg/quillop/policy.json")));
@@ -87,8 +98,12 @@ class SettingsPageTest : public testing::Test {
   LibraryAccess access{home.filePath(QStringLiteral("library.json")),
                        {home.filePath(QStringLiteral("xdg"))},
                        home.filePath(QStringLiteral("Videos"))};
-  std::optional<Contents> contents = Contents{3, 0};
-  SettingsPage page{layers, access, [this] { return contents; }};
+  LibraryFacts facts;
+  PostedWork mainLoop;
+  GuardedLibrary library{mainLoop, access, [](auto) { ADD_FAILURE() << "asks"; },
+                         [](auto&, auto) { ADD_FAILURE() << "waits"; },
+                         [this](auto folders) { return std::make_unique<FakeLibrary>(std::move(folders), facts); }};
+  SettingsPage page{layers, access, library};
 };
 
 TEST_F(SettingsPageTest, LiesOverTheAppWhichTakesNoInputMeanwhile) {
@@ -179,6 +194,26 @@ TEST_F(SettingsPageTest, EscapeLeavesTheChooserThenThePage) {
   EXPECT_FALSE(page.isShown());
 }
 
+TEST_F(SettingsPageTest, ChooserDoesNotCrawlToTheRowThatTheKeyboardIsOn) {
+  for (int number = 0; number < 300; ++number) {
+    QDir(home.path()).mkpath(QStringLiteral("Folder %1").arg(number, 3, 10, QLatin1Char('0')));
+  }
+  open();
+  press(QStringLiteral("Add a folder"));
+  auto* const list = stage.named(QStringLiteral("Folders"));
+  ASSERT_NE(list, nullptr);
+  for (int step = 0; step < 290; ++step) QTest::keyClick(&stage.window(), Qt::Key_Down);
+  ASSERT_EQ(list->property("currentIndex").toInt(), 290);
+  // At the speed at which lists move by themselves it would be on its way for most of a minute.
+  const auto isInSight = [&] {
+    stage.settle();
+    auto* const row = list->property("currentItem").value<QQuickItem*>();
+    return row != nullptr && list->contains(list->mapFromItem(row, {10, 2})) &&
+           list->contains(list->mapFromItem(row, {10, row->height() - 2}));
+  };
+  EXPECT_TRUE(QTest::qWaitFor(isInSight));
+}
+
 TEST_F(SettingsPageTest, ChooserCanBeCancelled) {
   open();
   click(QStringLiteral("Add a folder"));
@@ -188,25 +223,92 @@ TEST_F(SettingsPageTest, ChooserCanBeCancelled) {
 }
 
 TEST_F(SettingsPageTest, TellsWhatTheLibraryHolds) {
+  allow();
+  facts.contents.items = 4321;
   open();
-  EXPECT_NE(stage.named(QStringLiteral("3 videos")), nullptr);
-  contents = Contents{1, 0};
-  access.addFolder(QStringLiteral("/media/card"));
-  stage.settle();
+  EXPECT_NE(stage.named(QStringLiteral("4,321 videos")), nullptr);
+  facts.contents.items = 1;
+  tellChange();
   EXPECT_NE(stage.named(QStringLiteral("1 video")), nullptr);
-  contents = std::nullopt;
   access.setAnswer(LibraryAccess::Answer::Denied);
   stage.settle();
   EXPECT_NE(stage.named(page.contents()), nullptr);
   EXPECT_FALSE(page.contents().contains(QStringLiteral("video")));
 }
 
-TEST_F(SettingsPageTest, GoesOnCountingWhileFilesAreLookedInto) {
-  contents = Contents{0, 2};
+TEST_F(SettingsPageTest, TellsHowFarTheLibraryIsWhileItWorks) {
+  allow();
   open();
-  EXPECT_EQ(page.contents(), QStringLiteral("0 videos, still looking"));
-  contents = Contents{2, 0};
-  EXPECT_TRUE(QTest::qWaitFor([&] { return page.contents() == QStringLiteral("2 videos"); }));
+  EXPECT_FALSE(page.isWorking());
+  EXPECT_EQ(stage.named(QStringLiteral("Looking through your videos")), nullptr);
+  facts.contents.isSearching = true;
+  tellChange();
+  EXPECT_NE(stage.named(QStringLiteral("Searching your folders")), nullptr);
+  facts.progress = {120, 4000, 118.0};
+  tellChange();
+  EXPECT_NE(stage.named(QStringLiteral("120 of 4,000, about 2 minutes left")), nullptr);
+  auto* const bar = stage.named(QStringLiteral("Looking through your videos"));
+  ASSERT_NE(bar, nullptr);
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(bar)->role(), QAccessible::ProgressBar);
+  EXPECT_EQ(bar->property("value").toDouble(), 0.03);
+  facts.contents.isSearching = false;
+  facts.progress = {};
+  tellChange();
+  EXPECT_EQ(stage.named(QStringLiteral("Looking through your videos")), nullptr);
+}
+
+TEST_F(SettingsPageTest, RescansWhereAccessIsGiven) {
+  open();
+  EXPECT_EQ(stage.named(QStringLiteral("Rescan")), nullptr);
+  allow();
+  stage.settle();
+  press(QStringLiteral("Rescan"));
+  EXPECT_EQ(facts.rescans, 1);
+}
+
+TEST_F(SettingsPageTest, ListsTheFilesThatCouldNotBeRead) {
+  allow();
+  open();
+  makeUnreadable(1);
+  tellChange();
+  EXPECT_NE(stage.named(QStringLiteral("1 file could not be read")), nullptr);
+  facts.unreadable.clear();
+  makeUnreadable(3);
+  tellChange();
+  click(QStringLiteral("3 files could not be read"));
+  EXPECT_EQ(stage.named(switchName), nullptr);
+  EXPECT_NE(stage.named(QStringLiteral("Film 2.mp4, /media/card, The file ends too early.")), nullptr);
+  click(QStringLiteral("Back"));
+  EXPECT_NE(stage.named(switchName), nullptr);
+  EXPECT_EQ(focusedName(), QStringLiteral("3 files could not be read"));
+}
+
+TEST_F(SettingsPageTest, EscapeLeavesTheListThenThePage) {
+  allow();
+  makeUnreadable(3);
+  open();
+  press(QStringLiteral("3 files could not be read"));
+  key(Qt::Key_Escape);
+  EXPECT_NE(stage.named(switchName), nullptr);
+  key(Qt::Key_Escape);
+  EXPECT_FALSE(page.isShown());
+}
+
+TEST_F(SettingsPageTest, ThousandsOfUnreadableFilesAreScrolledThrough) {
+  allow();
+  makeUnreadable(6000);
+  open();
+  press(QStringLiteral("6,000 files could not be read"));
+  EXPECT_EQ(page.unlisted(), QStringLiteral("And 1,000 more"));
+  const auto first = QStringLiteral("Film 0.mp4, /media/card, The file ends too early.");
+  EXPECT_NE(stage.named(first), nullptr);
+  key(Qt::Key_End);
+  EXPECT_EQ(stage.named(first), nullptr);
+  EXPECT_NE(stage.named(QStringLiteral("Film 4999.mp4, /media/card, The file ends too early.")), nullptr);
+  facts.contents.unreadableFiles = 0;
+  facts.unreadable.clear();
+  tellChange();
+  EXPECT_EQ(stage.named(QStringLiteral("Film 4999.mp4, /media/card, The file ends too early.")), nullptr);
 }
 
 TEST_F(SettingsPageTest, ShowsTheVersion) {
@@ -226,6 +328,9 @@ TEST_F(SettingsPageTest, OpensOnce) {
 
 TEST_F(SettingsPageTest, NoTextIsCutAtAnySize) {
   access.addFolder(QStringLiteral("/run/media/somebody/A memory card with a long name/DCIM/100MEDIA/Holidays"));
+  allow();
+  makeUnreadable(4000);
+  facts.progress = {1234, 4000, 118.0};
   for (const QSize size : {QSize(360, 640), QSize(390, 844), QSize(844, 390), QSize(1024, 640), QSize(1920, 1080)}) {
     SCOPED_TRACE(testing::Message() << size.width() << "x" << size.height());
     stage.resize(size);
@@ -237,6 +342,8 @@ TEST_F(SettingsPageTest, NoTextIsCutAtAnySize) {
 
 TEST_F(SettingsPageTest, KeyboardReachesEveryControlInSight) {
   access.addFolder(QStringLiteral("/media/card"));
+  allow();
+  makeUnreadable(4);
   stage.resize({844, 390});
   open();
   QSet<QString> met;
@@ -248,7 +355,8 @@ TEST_F(SettingsPageTest, KeyboardReachesEveryControlInSight) {
     key(Qt::Key_Tab);
   }
   EXPECT_EQ(met, (QSet<QString>{switchName, QStringLiteral("Close"), QStringLiteral("Add a folder"),
-                                QStringLiteral("Remove /media/card")}));
+                                QStringLiteral("Remove /media/card"), QStringLiteral("Rescan"),
+                                QStringLiteral("4 files could not be read")}));
 }
 
 }  // namespace

@@ -1,0 +1,166 @@
+import QtQuick
+import "qrc:/quillop/screen"
+
+// The files that could not be read, and why.
+FocusScope {
+    id: page
+
+    required property QtObject files
+    required property string count
+    required property string unlisted
+    signal leaving()
+
+    PageHead {
+        id: head
+
+        width: parent.width
+        title: "Unreadable files"
+        leaveTitle: "Back"
+        onLeaving: page.leaving()
+    }
+    ListView {
+        id: list
+
+        property real kept: 0
+
+        anchors { left: parent.left; right: parent.right; top: head.bottom; bottom: parent.bottom }
+        model: page.files
+        boundsBehavior: Flickable.StopAtBounds
+        clip: true
+        focus: true
+        activeFocusOnTab: true
+        keyNavigationEnabled: true
+        highlightMoveDuration: 0
+
+        Accessible.role: Accessible.List
+        Accessible.name: page.count
+        Accessible.ignored: !enabled
+
+        function turn(pages) {
+            const row = Math.max(1, Math.floor(height / 88) - 1)
+            currentIndex = Math.max(0, Math.min(count - 1, currentIndex + pages * row))
+        }
+
+        Keys.onPressed: event => {
+            const moves = new Map([
+                [Qt.Key_PageDown, () => turn(1)], [Qt.Key_PageUp, () => turn(-1)],
+                [Qt.Key_Home, () => currentIndex = 0], [Qt.Key_End, () => currentIndex = count - 1]])
+            const move = moves.get(event.key)
+            if (move === undefined)
+                return
+            move()
+            event.accepted = true
+        }
+
+        // Whoever reads in it while the library looks again stays where they are.
+        Connections {
+            target: page.files
+            function onModelAboutToBeReset() { list.kept = list.contentY }
+            function onModelReset() {
+                const lowest = list.originY + list.contentHeight - list.height
+                list.contentY = Math.max(list.originY, Math.min(list.kept, lowest))
+            }
+        }
+
+        delegate: Item {
+            id: row
+
+            required property string name
+            required property string folder
+            required property string reason
+
+            width: ListView.view.width
+            height: texts.height + 24
+
+            Accessible.role: Accessible.ListItem
+            Accessible.name: name + ", " + folder + ", " + reason
+            Accessible.ignored: !enabled
+
+            Column {
+                id: texts
+
+                anchors.verticalCenter: parent.verticalCenter
+                x: 24
+                width: parent.width - 48
+                spacing: 2
+
+                Text {
+                    width: parent.width
+                    text: row.name
+                    textFormat: Text.PlainText
+                    elide: Text.ElideMiddle
+                    color: "#FFFFFF"
+                    font.pixelSize: 16
+                }
+                Text {
+                    width: parent.width
+                    text: row.folder
+                    textFormat: Text.PlainText
+                    elide: Text.ElideMiddle
+                    color: "#9AA7AE"
+                    font.pixelSize: 15
+                }
+                Text {
+                    width: parent.width
+                    text: row.reason
+                    textFormat: Text.PlainText
+                    wrapMode: Text.Wrap
+                    maximumLineCount: 3
+                    elide: Text.ElideRight
+                    color: "#C6CED3"
+                    font.pixelSize: 15
+                }
+            }
+            Rectangle {
+                anchors { left: parent.left; right: parent.right; bottom: parent.bottom; leftMargin: 24 }
+                height: 1
+                color: "#2C363C"
+            }
+            FocusRing {
+                visible: list.activeFocus && row.ListView.isCurrentItem
+                inset: 4
+                radius: 8
+            }
+        }
+
+        header: Text {
+            width: ListView.view.width
+            height: visible ? implicitHeight : 0
+            visible: page.count !== ""
+            topPadding: 16
+            bottomPadding: 8
+            leftPadding: 24
+            rightPadding: 24
+            text: page.count
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+            color: "#C6CED3"
+            font.pixelSize: 16
+        }
+        footer: Text {
+            width: ListView.view.width
+            height: visible ? implicitHeight : 0
+            visible: page.unlisted !== ""
+            padding: 24
+            text: page.unlisted
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+            color: "#C6CED3"
+            font.pixelSize: 16
+        }
+
+        Text {
+            anchors { left: parent.left; right: parent.right; top: parent.top; margins: 24 }
+            visible: list.count === 0
+            text: "All files could be read."
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+            color: "#C6CED3"
+            font.pixelSize: 16
+        }
+    }
+    ScrollMark {
+        anchors.right: parent.right
+        flickable: list
+    }
+}
