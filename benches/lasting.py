@@ -1,0 +1,81 @@
+"""Measures of an app that stays open: what it takes while nothing plays, and what is left of films that are closed."""
+
+import statistics
+import time
+
+import films
+from accounting import Meter, descriptors, proportional_set_size, threads
+from results import Check, Result
+from watching import wait_for_pictures
+
+SETTLING = 3  # seconds
+LOADS, LOADS_IN_FULL, LOADS_IN_SMOKE = 100, 500, 5
+STAGES = 5
+FIRST_LOADS = 5  # after them whatever is kept for later use is there
+LARGEST_GROWTH = 1.05
+
+
+def _percent_of_a_core(ground, ours):
+    time.sleep(SETTLING)
+    with Meter(ours.processes) as meter:
+        time.sleep(ground.seconds)
+    return meter.cores * 100
+
+
+def idle(ground):
+    """CPU without films, and with both paused"""
+    empty, paused = [], []
+    paths = films.full_hd(ground.film_seconds).pair(ground.films_folder)
+    for number in range(ground.rounds):
+        ours = ground.ours()
+        try:
+            ours.start(paths)
+            empty.append(_percent_of_a_core(ground, ours))
+            ours.choose_both()
+            for film in ours.films:
+                ours.pause(film)
+            paused.append(_percent_of_a_core(ground, ours))
+        finally:
+            ours.end()
+        print(f"  round {number + 1}: {empty[-1]:.2f} % of a core without films, {paused[-1]:.2f} % paused", flush=True)
+    checks = [Check("none loaded, %", statistics.median(empty), 0.3, is_strict=True),
+              Check("both paused, %", statistics.median(paused), 0.3, is_strict=True)]
+    return Result("idle", idle.__doc__, "% of a core", max(check.value for check in checks), checks=checks,
+                  details={"none loaded": empty, "both paused": paused})
+
+
+def _holdings(ours):
+    time.sleep(SETTLING)
+    processes = ours.processes()
+    return {"threads": threads(processes), "descriptors": descriptors(processes),
+            "MiB": round(proportional_set_size(processes), 1)}
+
+
+def _load_and_close(ground, ours, times):
+    for _ in range(times):
+        ours.choose_both()
+        wait_for_pictures(ground.stage.screen, ours.boxes)
+        for film in ours.films:
+            ours.close(film)
+
+
+def leaks(ground):
+    """Threads, file descriptors and memory before and after many loads and closes in both films"""
+    loads = LOADS_IN_SMOKE if ground.is_smoke else LOADS_IN_FULL if ground.is_full else LOADS
+    ours = ground.ours()
+    try:
+        ours.start(films.full_hd(ground.film_seconds).pair(ground.films_folder))
+        _load_and_close(ground, ours, 1 if ground.is_smoke else FIRST_LOADS)
+        # What is looked at in between tells a leak, which grows on and on, from what is kept for later use.
+        stages = [_holdings(ours)]
+        for number in range(STAGES):
+            _load_and_close(ground, ours, loads * (number + 1) // STAGES - loads * number // STAGES)
+            stages.append(_holdings(ours))
+            print(f"  after {loads * (number + 1) // STAGES} loads: {stages[-1]}", flush=True)
+    finally:
+        ours.end()
+    before, after = stages[0], stages[-1]
+    limits = {"threads": 1.0, "descriptors": 1.0, "MiB": LARGEST_GROWTH}
+    checks = [Check(f"{name}, after to before", after[name] / before[name], limit) for name, limit in limits.items()]
+    return Result("leaks", leaks.__doc__, "MiB", after["MiB"], checks=checks,
+                  details={"loads in each film": loads, "before": before, "after each fifth": stages[1:]})
