@@ -40,7 +40,14 @@ bool StageWindow::event(QEvent* event) {
     events_.closed();
     return true;
   }
-  return QQuickWindow::event(event);
+  const bool handled = QQuickWindow::event(event);
+  if (event->type() == QEvent::TouchEnd || event->type() == QEvent::TouchCancel) endHover();
+  return handled;
+}
+
+void StageWindow::endHover() {
+  QEvent leave(QEvent::Leave);
+  QQuickWindow::event(&leave);
 }
 
 void StageWindow::keyPressEvent(QKeyEvent* event) {

@@ -29,6 +29,9 @@ class StageWindow final : public QQuickWindow {
 
  private:
   void noteSight();
+  /// A finger hovers over nothing, yet Qt remembers where it was last as the pointer's place and would go on showing
+  /// what lies there as hovered.
+  void endHover();
 
   WindowEvents events_;
   bool wasInSight_ = true;

@@ -54,6 +54,19 @@ TEST_F(ButtonTest, AFingerThatLeavesItSendsNothing) {
   EXPECT_EQ(counter->presses, 0);
 }
 
+TEST_F(ButtonTest, AFingerThatIsLiftedLeavesNothingHovered) {
+  const auto isHovered = [this] { return item()->property("hovered").toBool(); };
+  QTest::mouseMove(&stage.window(), {1, 1});
+  QTest::mouseMove(&stage.window(), middleOf(*item()));
+  ASSERT_TRUE(isHovered());
+  const std::unique_ptr<QPointingDevice> finger(QTest::createTouchDevice());
+  QTest::touchEvent(&stage.window(), finger.get()).press(0, middleOf(*item()));
+  QTest::touchEvent(&stage.window(), finger.get()).release(0, middleOf(*item()));
+  EXPECT_FALSE(isHovered());
+  QTest::mouseMove(&stage.window(), middleOf(*item()) + QPoint(1, 0));
+  EXPECT_TRUE(isHovered());
+}
+
 TEST_F(ButtonTest, SpaceReturnAndEnterSendItsActionOnceEach) {
   item()->forceActiveFocus(Qt::TabFocusReason);
   int expected = 0;
