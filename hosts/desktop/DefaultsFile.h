@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hosts/desktop/JsonFile.h"
 #include "platform/host/Services.h"
 
 #include <QString>
@@ -22,7 +23,7 @@ class DefaultsFile final : public host::Defaults {
   void load();
   void save() const;
 
-  QString path_;
+  JsonFile file_;
   std::map<std::string, Value> values_;
 };
 

@@ -5,15 +5,11 @@
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QSaveFile>
 
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
 
 namespace desktop {
 
@@ -24,10 +20,6 @@ const auto foldersKey = QStringLiteral("folders");
 const auto authorised = QStringLiteral("authorised");
 const auto denied = QStringLiteral("denied");
 
-void complain(const char* what, const QString& path, const QString& reason) {
-  std::fprintf(stderr, "%s %s: %s\n", what, qPrintable(path), qPrintable(reason));
-}
-
 /// A folder that is not there restricts nobody: it is empty.
 bool isKeptFromUs(const QString& folder) {
   const bool mayRead = ::faccessat(AT_FDCWD, QFile::encodeName(folder).constData(), R_OK | X_OK, AT_EACCESS) == 0;
@@ -37,7 +29,8 @@ bool isKeptFromUs(const QString& folder) {
 }  // namespace
 
 LibraryAccess::LibraryAccess(QString path, QStringList policyFolders, QString videosFolder)
-    : path_(std::move(path)), policyFolders_(std::move(policyFolders)), videosFolder_(std::move(videosFolder)) {
+    : file_(std::move(path), "the answer about the media library"),
+      policyFolders_(std::move(policyFolders)), videosFolder_(std::move(videosFolder)) {
   load();
 }
 
@@ -80,25 +73,11 @@ std::vector<std::string> LibraryAccess::folders() const {
 }
 
 void LibraryAccess::load() {
-  QFile file(path_);
-  if (!file.exists()) return;
-  if (!file.open(QIODevice::ReadOnly)) {
-    complain("cannot read the answer about the media library", path_, file.errorString());
-    return;
-  }
-  QJsonParseError error{};
-  const auto document = QJsonDocument::fromJson(file.readAll(), &error);
-  if (!document.isObject()) {
-    complain("the answer about the media library is damaged and set aside", path_, error.errorString());
-    const QString aside = path_ + QStringLiteral(".damaged");
-    QFile::remove(aside);
-    file.rename(aside);
-    return;
-  }
-  const QString answer = document.object().value(answerKey).toString();
+  const QJsonObject contents = file_.read();
+  const QString answer = contents.value(answerKey).toString();
   if (answer == authorised) answer_ = Answer::Authorised;
   if (answer == denied) answer_ = Answer::Denied;
-  for (const auto& folder : document.object().value(foldersKey).toArray()) {
+  for (const auto& folder : contents.value(foldersKey).toArray()) {
     if (QDir::isAbsolutePath(folder.toString())) addedFolders_ << folder.toString();
   }
 }
@@ -106,10 +85,7 @@ void LibraryAccess::load() {
 void LibraryAccess::save() const {
   QJsonObject contents{{foldersKey, QJsonArray::fromStringList(addedFolders_)}};
   if (answer_) contents.insert(answerKey, *answer_ == Answer::Authorised ? authorised : denied);
-  QSaveFile file(path_);
-  if (!file.open(QIODevice::WriteOnly) || file.write(QJsonDocument(contents).toJson()) < 0 || !file.commit()) {
-    complain("cannot write the answer about the media library", path_, file.errorString());
-  }
+  file_.write(contents);
 }
 
 }  // namespace desktop

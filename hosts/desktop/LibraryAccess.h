@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hosts/desktop/JsonFile.h"
 #include "platform/host/MediaLibrary.h"
 
 #include <QObject>
@@ -53,7 +54,7 @@ class LibraryAccess final : public QObject {
   void load();
   void save() const;
 
-  QString path_;
+  JsonFile file_;
   QStringList policyFolders_;
   QString videosFolder_;
   std::optional<Answer> answer_;
