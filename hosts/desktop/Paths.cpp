@@ -34,10 +34,6 @@ QString stateFolder() {
   return made(baseFolder("XDG_STATE_HOME", QStringLiteral("/.local/state")) + QLatin1String(appFolder));
 }
 
-QString cacheFolder() {
-  return made(baseFolder("XDG_CACHE_HOME", QStringLiteral("/.cache")) + QLatin1String(appFolder));
-}
-
 QString runtimeFolder() {
   QString named = QFile::decodeName(qgetenv("XDG_RUNTIME_DIR"));
   // All of the rest is another one for each start of a sandboxed app, which would not find itself running.
