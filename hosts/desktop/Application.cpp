@@ -15,6 +15,7 @@
 #include "hosts/desktop/LibraryAccess.h"
 #include "hosts/desktop/LibraryPolicy.h"
 #include "hosts/desktop/LibraryWait.h"
+#include "hosts/desktop/MailPortal.h"
 #include "hosts/desktop/MailPrograms.h"
 #include "hosts/desktop/Notice.h"
 #include "hosts/desktop/Paths.h"
@@ -44,6 +45,7 @@
 #include <QShortcut>
 
 #include <cstdio>
+#include <memory>
 
 namespace {
 
@@ -59,7 +61,14 @@ void configureQt() {
   QGuiApplication::setApplicationName(QStringLiteral("quillop"));
   QGuiApplication::setApplicationDisplayName(QStringLiteral("Quillop"));
   QGuiApplication::setApplicationVersion(QStringLiteral(QUILLOP_VERSION));
-  QGuiApplication::setDesktopFileName(QStringLiteral("quillop"));
+  QGuiApplication::setDesktopFileName(QStringLiteral(QUILLOP_APPLICATION_ID));
+}
+
+std::unique_ptr<host::Mail> userMail(host::MainLoop& mainLoop) {
+  if (desktop::isSandboxed())
+    return std::make_unique<desktop::MailPortal>(mainLoop, desktop::DesktopBus::usualAddresses().session);
+  const QString drafts = desktop::runtimeFolder() + QStringLiteral("/drafts");
+  return std::make_unique<desktop::MailPrograms>(mainLoop, drafts.toStdString());
 }
 
 void inTurn(const std::function<void()>& block) {
@@ -72,7 +81,9 @@ void end() {
   QCoreApplication::exit();
 }
 
-void comeForward(QQuickWindow& window) {
+/// Without the token of whoever asked for it, a Wayland compositor lets no window come forward.
+void comeForward(QQuickWindow& window, const QString& activationToken = {}) {
+  if (!activationToken.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
   if (window.visibility() == QWindow::Minimized) window.showNormal();
   window.raise();
   window.requestActivate();
@@ -105,7 +116,7 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
   desktop::BundledResources resources;
   desktop::SettingsPage* settingsPage = nullptr;
   desktop::DesktopServices services([&] { settingsPage->open(); });
-  desktop::MailPrograms mail(eventLoop, (desktop::runtimeFolder() + QStringLiteral("/drafts")).toStdString());
+  const auto mail = userMail(eventLoop);
   UIApplication* running = nullptr;  // between its launch and its end
   const auto pauseFilms = [&] {
     if (running != nullptr) desktop::pausePlayingFilms();
@@ -157,15 +168,22 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
   QObject::connect(&wait, &desktop::LibraryWait::waitingChanged, &indexingBar,
                    [&] { indexingBar.setHeldBack(wait.isWaiting()); });
   desktop::SettingsPage settings(layers, access, library);
+  if (desktop::isSandboxed()) settings.setFolderQuestion([&] { bus.askForFolder(); });
+  QObject::connect(&bus, &desktop::DesktopBus::folderChosen, &access, &desktop::LibraryAccess::addFolder);
   desktop::Notice monoNotice(layers, QStringLiteral("The sound output is mono: both films are heard in both ears"));
   settingsPage = &settings;
   // The keys by which people open the settings of any app, whatever the app shows.
   const QShortcut settingsKeys(QKeySequence(Qt::CTRL | Qt::Key_Comma), mainWindow, [&] { settings.open(); });
 
+  QObject::connect(&bus, &desktop::DesktopBus::launched, mainWindow, [&](const auto& request) {
+    comeForward(*mainWindow, request.activationToken);
+    if (request.wish == desktop::LaunchRequest::Wish::OpenSettings) settings.open();
+  });
+
   const desktop::TerminationSignals termination(end);
   int status = 0;
   {
-    Platform platform({eventLoop, console, defaults, resources, services, mail, display, screen, *engine, library});
+    Platform platform({eventLoop, console, defaults, resources, services, *mail, display, screen, *engine, library});
     const auto& shared = UIApplication::sharedApplication();
     shared->launch(delegateClassName);
     screen.attach(shared->keyWindow());

@@ -1,11 +1,13 @@
 #include "hosts/desktop/DesktopBus.h"
 
+#include "hosts/desktop/FolderPortal.h"
 #include "hosts/desktop/IdleInhibitor.h"
 #include "hosts/desktop/LoginSession.h"
 #include "hosts/desktop/ScreenSaverWatch.h"
 
 #include <QDBusConnection>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QSet>
 
 #include <array>
@@ -37,13 +39,19 @@ constexpr std::array screenSavers{ScreenSaver{"org.freedesktop.ScreenSaver", "/o
 class DesktopBus::Services final : public QObject {
  public:
   using Hear = std::function<void(BackgroundReason reason, bool holds)>;
+  using Launched = std::function<void(const LaunchRequest& request)>;
+  using Chosen = std::function<void(const QString& folder)>;
 
-  explicit Services(Hear hear) : hear_(std::move(hear)) {}
+  Services(Hear hear, Launched launched, Chosen chosen)
+      : hear_(std::move(hear)), launched_(std::move(launched)), chosen_(std::move(chosen)) {}
   ~Services() override;
 
   void connectTo(const Addresses& addresses);
   void keepAwake(bool awake) {
     if (inhibitor_) inhibitor_->keepAwake(awake);
+  }
+  void askForFolder() {
+    if (folders_) folders_->ask();
   }
   void readyToSleep() {
     if (login_) login_->readyToSleep();
@@ -51,17 +59,23 @@ class DesktopBus::Services final : public QObject {
 
  private:
   void useSystemBus(const QDBusConnection& bus);
-  void useSessionBus(const QDBusConnection& bus);
+  void useSessionBus(const QDBusConnection& bus, const QString& applicationId);
   void screenSaverTold(const QString& service, bool isActive);
 
   Hear hear_;
+  Launched launched_;
+  Chosen chosen_;
   QSet<QString> activeScreenSavers_;
   std::unique_ptr<LoginSession> login_;
   std::vector<std::unique_ptr<ScreenSaverWatch>> screenSavers_;
   std::optional<IdleInhibitor> inhibitor_;
+  std::unique_ptr<LaunchRequests> launches_;
+  std::optional<FolderPortal> folders_;
 };
 
 DesktopBus::Services::~Services() {
+  folders_.reset();
+  launches_.reset();
   inhibitor_.reset();
   screenSavers_.clear();
   login_.reset();
@@ -70,7 +84,8 @@ DesktopBus::Services::~Services() {
 }
 
 void DesktopBus::Services::connectTo(const Addresses& addresses) {
-  if (!addresses.session.isEmpty()) useSessionBus(QDBusConnection::connectToBus(addresses.session, sessionName));
+  if (!addresses.session.isEmpty())
+    useSessionBus(QDBusConnection::connectToBus(addresses.session, sessionName), addresses.applicationId);
   if (!addresses.system.isEmpty()) useSystemBus(QDBusConnection::connectToBus(addresses.system, systemName));
 }
 
@@ -83,9 +98,14 @@ void DesktopBus::Services::useSystemBus(const QDBusConnection& bus) {
           [this](bool isAsleep) { hear_(BackgroundReason::Asleep, isAsleep); });
 }
 
-void DesktopBus::Services::useSessionBus(const QDBusConnection& bus) {
+void DesktopBus::Services::useSessionBus(const QDBusConnection& bus, const QString& applicationId) {
   if (!bus.isConnected()) return;
+  if (!applicationId.isEmpty()) {
+    launches_ = std::make_unique<LaunchRequests>(bus, applicationId);
+    connect(launches_.get(), &LaunchRequests::asked, this, launched_);
+  }
   inhibitor_.emplace(bus);
+  connect(&folders_.emplace(bus), &FolderPortal::chosen, this, chosen_);
   for (const auto& [service, path] : screenSavers) {
     const QString name = QString::fromLatin1(service);
     const auto& watch =
@@ -107,16 +127,24 @@ void DesktopBus::Services::screenSaverTold(const QString& service, bool isActive
 DesktopBus::Addresses DesktopBus::usualAddresses() {
   Addresses addresses{
       qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"),
-      qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS", QStringLiteral("unix:path=/run/dbus/system_bus_socket"))};
+      qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS", QStringLiteral("unix:path=/run/dbus/system_bus_socket")),
+      QGuiApplication::desktopFileName()};
   const QString userBus = qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus");
   if (addresses.session.isEmpty() && QFileInfo::exists(userBus)) addresses.session = "unix:path=" + userBus;
   return addresses;
 }
 
 DesktopBus::DesktopBus(const Addresses& addresses, Tell tell) : tell_(std::move(tell)) {
-  services_ = new Services([this](auto reason, bool holds) {
+  const auto heard = [this](auto reason, bool holds) {
     QMetaObject::invokeMethod(this, [this, reason, holds] { hear(reason, holds); });
-  });
+  };
+  const auto wasLaunched = [this](const auto& request) {
+    QMetaObject::invokeMethod(this, [this, request] { emit launched(request); });
+  };
+  const auto wasChosen = [this](const auto& folder) {
+    QMetaObject::invokeMethod(this, [this, folder] { emit folderChosen(folder); });
+  };
+  services_ = new Services(heard, wasLaunched, wasChosen);
   thread_.setObjectName(QStringLiteral("desktop-bus"));
   services_->moveToThread(&thread_);
   connect(&thread_, &QThread::finished, services_, &QObject::deleteLater);
@@ -131,6 +159,10 @@ DesktopBus::~DesktopBus() {
 
 void DesktopBus::keepAwake(bool awake) {
   QMetaObject::invokeMethod(services_, [services = services_, awake] { services->keepAwake(awake); });
+}
+
+void DesktopBus::askForFolder() {
+  QMetaObject::invokeMethod(services_, [services = services_] { services->askForFolder(); });
 }
 
 void DesktopBus::hear(BackgroundReason reason, bool holds) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hosts/desktop/BackgroundReasons.h"
+#include "hosts/desktop/LaunchRequests.h"
 #include "platform/host/Services.h"
 
 #include <QObject>
@@ -11,9 +12,10 @@
 
 namespace desktop {
 
-/// What D-Bus has for the app: why it cannot be seen (session locked, screen saver, system asleep), and the display
-/// that is to stay lit while films play. Everything happens in a thread of its own, because connecting, and following
-/// signals, waits for the bus. Without a bus nothing ever happens.
+/// What D-Bus has for the app: why it cannot be seen (session locked, screen saver, system asleep), what launchers
+/// want of it, the display that is to stay lit while films play, and folders outside of a sandbox. Everything happens
+/// in a thread of its own, because connecting, and following signals, waits for the bus. Without a bus nothing ever
+/// happens.
 class DesktopBus final : public QObject, public host::Display {
   Q_OBJECT
 
@@ -22,6 +24,7 @@ class DesktopBus final : public QObject, public host::Display {
   struct Addresses {
     QString session;
     QString system;
+    QString applicationId = {};  ///< the app's own name on the session bus; none where it is empty
   };
   /// Where the two buses are for this user. A bus that is not there is not started.
   static Addresses usualAddresses();
@@ -36,6 +39,14 @@ class DesktopBus final : public QObject, public host::Display {
   ~DesktopBus() override;
 
   void keepAwake(bool awake) override;
+  /// Has the desktop let the user choose a folder (`FolderPortal`).
+  void askForFolder();
+
+ signals:
+  /// On the main thread, outside any turn.
+  void launched(const desktop::LaunchRequest& request);
+  /// Likewise.
+  void folderChosen(const QString& folder);
 
  private:
   class Services;

@@ -1,11 +1,10 @@
 #include "hosts/desktop/DesktopServices.h"
 
 #include "hosts/desktop/Browser.h"
-#include "hosts/desktop/Paths.h"
 
+#include <QCoreApplication>
 #include <QDesktopServices>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QUrl>
 
@@ -13,16 +12,12 @@ namespace desktop {
 
 namespace {
 
-/// A browser cannot look into the program: the page, with what lies beside it, is put where it can read it.
-QString helpPageOnDisk(const QString& page) {
-  const QString folder = cacheFolder() + QStringLiteral("/help");
-  QDir().mkpath(folder);
-  for (const auto& name : QDir(QStringLiteral(":/help")).entryList(QDir::Files)) {
-    const QString copy = folder + QLatin1Char('/') + name;
-    QFile::remove(copy);
-    QFile::copy(QStringLiteral(":/help/") + name, copy);
-  }
-  return folder + QLatin1Char('/') + page + QStringLiteral(".html");
+/// Beside the program, as it is in a build, or else where the two are installed.
+QString helpPage(const QString& name) {
+  const QString program = QCoreApplication::applicationDirPath();
+  const QString page = QStringLiteral("/help/%1.html").arg(name);
+  if (QFileInfo::exists(program + page)) return program + page;
+  return QDir::cleanPath(program + QStringLiteral("/" QUILLOP_DATA_FROM_PROGRAM "/quillop") + page);
 }
 
 }  // namespace
@@ -34,7 +29,7 @@ bool DesktopServices::open(const std::string& url) {
     return openSettings_ != nullptr;
   }
   if (address.scheme() != QLatin1String("quillop-help")) return QDesktopServices::openUrl(address);
-  const QString page = helpPageOnDisk(address.path());
+  const QString page = helpPage(address.path());
   if (!QFileInfo::exists(page)) return false;
   // Qt knows no desktop entries: it needs a program for opening things, which a small system lacks, or a sandbox.
   return openInBrowser(page.toStdString()) || QDesktopServices::openUrl(QUrl::fromLocalFile(page));

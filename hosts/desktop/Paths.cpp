@@ -34,14 +34,16 @@ QString stateFolder() {
   return made(baseFolder("XDG_STATE_HOME", QStringLiteral("/.local/state")) + QLatin1String(appFolder));
 }
 
-QString cacheFolder() {
-  return made(baseFolder("XDG_CACHE_HOME", QStringLiteral("/.cache")) + QLatin1String(appFolder));
-}
-
 QString runtimeFolder() {
-  const QString named = QFile::decodeName(qgetenv("XDG_RUNTIME_DIR"));
+  QString named = QFile::decodeName(qgetenv("XDG_RUNTIME_DIR"));
+  // All of the rest is another one for each start of a sandboxed app, which would not find itself running.
+  if (isSandboxed()) named += QStringLiteral("/app/") + qEnvironmentVariable("FLATPAK_ID");
   if (QDir::isAbsolutePath(named) && QDir(named).exists()) return made(named + QLatin1String(appFolder));
   return made(QDir::tempPath() + QStringLiteral("/quillop-%1").arg(getuid()));
+}
+
+bool isSandboxed() {
+  return qEnvironmentVariableIsSet("FLATPAK_ID");
 }
 
 }  // namespace desktop

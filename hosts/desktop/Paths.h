@@ -10,9 +10,11 @@ namespace desktop {
 QString configurationFolder();
 /// What is kept but means nothing to the user, such as the window's place: `$XDG_STATE_HOME/quillop`.
 QString stateFolder();
-/// What can be made again at any time: `$XDG_CACHE_HOME/quillop`.
-QString cacheFolder();
-/// Sockets: `$XDG_RUNTIME_DIR/quillop`, else a folder of the user's own among the temporary files.
+/// Sockets: `$XDG_RUNTIME_DIR/quillop`, in a Flatpak `$XDG_RUNTIME_DIR/app/$FLATPAK_ID/quillop`, else a folder of the
+/// user's own among the temporary files.
 QString runtimeFolder();
+
+/// Whether the app runs in a Flatpak, where it gets to other programs through portals only.
+bool isSandboxed();
 
 }  // namespace desktop

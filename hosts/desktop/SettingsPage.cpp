@@ -99,6 +99,11 @@ void SettingsPage::allow(bool allows) {
   access_.setAnswer(allows ? LibraryAccess::Answer::Authorised : LibraryAccess::Answer::Denied);
 }
 
+bool SettingsPage::leavesFolderQuestion() const {
+  if (askForFolder_) askForFolder_();
+  return askForFolder_ != nullptr;
+}
+
 void SettingsPage::addChosenFolder() {
   if (chooser_.canBeChosen()) access_.addFolder(chooser_.path());
 }

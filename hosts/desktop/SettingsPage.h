@@ -10,6 +10,7 @@
 #include <QQuickItem>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 
 namespace desktop {
@@ -36,6 +37,8 @@ class SettingsPage final : public QObject {
  public:
   /// All of them outlive the page.
   SettingsPage(Layers& layers, LibraryAccess& access, GuardedLibrary& library);
+  /// Has somebody else (`ask`) let the user choose a folder to be added, in place of a page of this one's own.
+  void setFolderQuestion(std::function<void()> ask) { askForFolder_ = std::move(ask); }
 
   /// Shows the page. Does nothing while it is shown already.
   void open();
@@ -64,6 +67,8 @@ class SettingsPage final : public QObject {
 
   // For the layer.
   Q_INVOKABLE void allow(bool allows);
+  /// Whether somebody else asks, who does so now.
+  Q_INVOKABLE bool leavesFolderQuestion() const;
   Q_INVOKABLE void addChosenFolder();
   /// `place` in `addedFolders()`.
   Q_INVOKABLE void removeFolder(int place);
@@ -85,6 +90,7 @@ class SettingsPage final : public QObject {
   Layers& layers_;
   LibraryAccess& access_;
   GuardedLibrary& library_;
+  std::function<void()> askForFolder_;
   FolderChooser chooser_;
   std::optional<medialibrary::FolderLibrary::Contents> contents_;
   medialibrary::FolderLibrary::Progress progress_;

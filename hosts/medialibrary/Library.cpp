@@ -129,10 +129,10 @@ std::string indexFile() {
 
 std::string indexerProgram() {
   std::error_code error;
-  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-  const std::filesystem::path beside = program.parent_path() / "quillop-indexer";
+  const auto folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
+  const auto beside = folder / "quillop-indexer";
   if (std::filesystem::exists(beside, error)) return beside.string();
-  return (program.parent_path().parent_path() / "libexec/quillop/quillop-indexer").string();
+  return (folder / QUILLOP_LIBEXEC_FROM_PROGRAM "/quillop/quillop-indexer").lexically_normal().string();
 }
 
 }  // namespace medialibrary

@@ -81,7 +81,7 @@ std::unique_ptr<FolderLibrary> makeLibrary(host::MainLoop& mainLoop, LibraryOpti
 
 /// Where the index is kept: `quillop/library.db` in $XDG_DATA_HOME, or else in `.local/share` of the home folder.
 std::string indexFile();
-/// `quillop-indexer` beside the running program, or else in `../libexec/quillop`, seen from there.
+/// `quillop-indexer` beside the running program, as it is in a build, or else where the two are installed.
 std::string indexerProgram();
 
 }  // namespace medialibrary

@@ -26,8 +26,9 @@ COMPLAINT = re.compile(r"TypeError|ReferenceError|Binding loop|-CRITICAL|-WARNIN
 class Surroundings:
     """What lasts over all journeys: where the program is, the stage, the clips, and the program that many share."""
 
-    def __init__(self, program_path, stage, folder):
+    def __init__(self, program_path, stage, folder, root=None):
         self.program_path = os.path.abspath(program_path)
+        self.root = root
         self.stage = stage
         self.folder = folder
         self._homes = tempfile.TemporaryDirectory(prefix="quillop-homes-", dir=folder)
@@ -63,7 +64,11 @@ class Surroundings:
         return home
 
     def start(self, home, **environment):
-        return Program(self.program_path, self.stage, home, environment)
+        return Program(self.program_path, self.stage, home, environment, self.root)
+
+    def seen_from_here(self, path):
+        """Where a file is that the program names by `path`."""
+        return path if self.root is None else self.root + path
 
     @property
     def stand_in_desktop(self):

@@ -57,7 +57,8 @@ class Home:
 class Program:
     """One start of the program."""
 
-    def __init__(self, path, stage, home, environment=None):
+    def __init__(self, path, stage, home, environment=None, root=None):
+        """In `root`, where one is given, is the file system in which the program has the path `path`."""
         self.stage = stage
         self.lines = []
         self.errors = []
@@ -65,7 +66,7 @@ class Program:
         self._grown = threading.Condition()
         own = {MARK: self._mark, "LANG": "C.UTF-8", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
         self._process = start(
-            [path], cwd=home.path, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, encoding="utf-8",
+            [path] if root is None else ["chroot", root, path], cwd=home.path, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, encoding="utf-8",
             env={**stage.environment, **home.environment, **own, **(environment or {})},
         )
         self._readers = [self._reader(self._process.stdout, self.lines), self._reader(self._process.stderr, self.errors)]

@@ -1,7 +1,10 @@
-"""Runs the journeys: run.py --program PATH [--junit FILE] [PATTERN...]
+"""Runs the journeys: run.py --program PATH [--root FOLDER] [--junit FILE] [PATTERN...]
 
 Each PATTERN is a part of the names of the tests to run. What a failed test left to see (the screen, the console, the
 accessibility tree) is put into out/journey/failed.
+
+With --root, the program is that of another system, which has its root in this folder; PATH is the program's there. That
+system has to see /tmp and out/journey of this one under the same names.
 """
 
 import argparse
@@ -82,6 +85,7 @@ def chosen(suite, patterns):
 def main():
     parser = argparse.ArgumentParser(description="Runs the journeys.")
     parser.add_argument("--program", required=True)
+    parser.add_argument("--root")
     parser.add_argument("--junit")
     parser.add_argument("patterns", nargs="*")
     options = parser.parse_args()
@@ -91,7 +95,7 @@ def main():
     tests = unittest.TestLoader().discover(str(HERE), pattern="test_*.py")
     result = Result()
     with Stage(OUT / "stage.log") as stage:
-        Journey.surroundings = Surroundings(options.program, stage, str(OUT))
+        Journey.surroundings = Surroundings(options.program, stage, str(OUT), options.root)
         try:
             unittest.TestSuite(chosen(tests, options.patterns)).run(result)
         finally:

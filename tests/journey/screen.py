@@ -159,6 +159,11 @@ class VirtualScreen:
         found = self._run("xdotool", "search", "--onlyvisible", "--pid", str(process_id), "--name", ".")
         return [int(line) for line in found.split() if line.isdigit()]
 
+    def windows_of_class(self, name):
+        """The visible windows by which a desktop entry with this `StartupWMClass` is meant."""
+        found = self._run("xdotool", "search", "--onlyvisible", "--class", f"^{name}$")
+        return [int(line) for line in found.split() if line.isdigit()]
+
     def active_window(self):
         answer = self._run("xdotool", "getactivewindow").strip()
         return int(answer) if answer.isdigit() else None

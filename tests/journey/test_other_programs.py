@@ -131,7 +131,7 @@ class Help(OtherPrograms):
         self.program.press("Choose videos")
         self.program.press_until("Tutorial for add Movies", lambda: browser.was_started)
         address, = browser.arguments()
-        page = pathlib.Path(urllib.parse.unquote(urllib.parse.urlparse(address).path))
+        page = pathlib.Path(self.surroundings.seen_from_here(urllib.parse.unquote(urllib.parse.urlparse(address).path)))
         self.assertIn("Videos", page.read_text("utf-8"))
         self.check_picture(page)
 

@@ -17,6 +17,8 @@ Veil {
     }
 
     function chooseFolder() {
+        if (node.leavesFolderQuestion())
+            return
         node.chooser.goHome()
         isChoosing = true
     }

@@ -5,8 +5,11 @@
 
 #include <gmock/gmock.h>
 
+#include <QDBusConnectionInterface>
+
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace desktop {
 namespace {
@@ -64,6 +67,21 @@ TEST_F(DesktopBusTest, TheSystemSleepsOnlyAfterTheAppHasHeardOfIt) {
   emit login.PrepareForSleep(false);
   expectWord(BackgroundReason::Asleep, false);
   runUntil([&] { return login.delays.size() == 2; });
+}
+
+TEST_F(DesktopBusTest, TellsOnTheMainThreadWhatALauncherWants) {
+  DesktopBus desktop({bus.address(), {}, "example.quillop.App"}, [](auto...) {});
+  std::vector<LaunchRequest::Wish> wishes;
+  QObject::connect(&desktop, &DesktopBus::launched, [&](const auto& request) {
+    EXPECT_EQ(QThread::currentThread(), qApp->thread());
+    wishes.push_back(request.wish);
+  });
+  runUntil([&] { return services.interface()->isServiceRegistered("example.quillop.App").value(); });
+  auto call = QDBusMessage::createMethodCall("example.quillop.App", "/example/quillop/App",
+                                             "org.freedesktop.Application", "ActivateAction");
+  services.send(call << "settings" << QVariantList() << QVariantMap());
+  runUntil([&] { return !wishes.empty(); });
+  EXPECT_THAT(wishes, testing::ElementsAre(LaunchRequest::Wish::OpenSettings));
 }
 
 TEST_F(DesktopBusTest, OneOfSeveralScreenSaversIsEnough) {

@@ -168,6 +168,15 @@ TEST_F(SettingsPageTest, AddsAFolderThatWasWalkedTo) {
   EXPECT_NE(stage.named(QStringLiteral("Remove ~/Films")), nullptr);
 }
 
+TEST_F(SettingsPageTest, SomebodyElseMayAskForTheFolder) {
+  int asked = 0;
+  page.setFolderQuestion([&] { ++asked; });
+  open();
+  click(QStringLiteral("Add a folder"));
+  EXPECT_EQ(asked, 1);
+  EXPECT_NE(stage.named(switchName), nullptr) << "the page is still there";
+}
+
 TEST_F(SettingsPageTest, KeyboardAddsAFolder) {
   open();
   while (focusedName() != QStringLiteral("Add a folder")) key(Qt::Key_Tab);

@@ -190,4 +190,64 @@ class StandInPortal final : public QObject {
   }
 };
 
+/// The portal's FileChooser interface.
+class StandInFolderPortal final : public QObject {
+  Q_OBJECT
+  Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.FileChooser")
+
+ public:
+  struct Question {
+    QString request;
+    QVariantMap options;
+  };
+
+  explicit StandInFolderPortal(QDBusConnection connection) : bus(std::move(connection)) {
+    bus.registerObject("/org/freedesktop/portal/desktop", this, QDBusConnection::ExportAllContents);
+    bus.registerService("org.freedesktop.portal.Desktop");
+  }
+  ~StandInFolderPortal() override { bus.unregisterService("org.freedesktop.portal.Desktop"); }
+
+  /// What the user did about a question, counted from 0.
+  void answer(std::size_t question, uint response, const QStringList& addresses) {
+    auto signal =
+        QDBusMessage::createSignal(questions.at(question).request, "org.freedesktop.portal.Request", "Response");
+    bus.send(signal << response << QVariantMap{{"uris", addresses}});
+  }
+
+  QDBusConnection bus;
+  std::vector<Question> questions;
+
+ public slots:
+  QDBusObjectPath OpenFile(const QString& /*window*/, const QString& /*title*/, const QVariantMap& options,
+                           const QDBusMessage& call) {
+    const QString asker = call.service().mid(1).replace('.', '_');
+    questions.push_back(
+        {"/org/freedesktop/portal/desktop/request/" + asker + '/' + options.value("handle_token").toString(),
+         options});
+    return QDBusObjectPath(questions.back().request);
+  }
+};
+
+/// The portal's Email interface.
+class StandInMailPortal final : public QObject {
+  Q_OBJECT
+  Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Email")
+
+ public:
+  explicit StandInMailPortal(QDBusConnection connection) : bus(std::move(connection)) {
+    bus.registerObject("/org/freedesktop/portal/desktop", this, QDBusConnection::ExportAllContents);
+    bus.registerService("org.freedesktop.portal.Desktop");
+  }
+  ~StandInMailPortal() override { bus.unregisterService("org.freedesktop.portal.Desktop"); }
+
+  QDBusConnection bus;
+  std::vector<QVariantMap> drafts;
+
+ public slots:
+  QDBusObjectPath ComposeEmail(const QString& /*window*/, const QVariantMap& options) {
+    drafts.push_back(options);
+    return QDBusObjectPath("/org/freedesktop/portal/desktop/request/mail");
+  }
+};
+
 }  // namespace desktop
