@@ -9,6 +9,7 @@
 #include "hosts/desktop/DesktopBus.h"
 #include "hosts/desktop/DesktopServices.h"
 #include "hosts/desktop/EventLoop.h"
+#include "hosts/desktop/Films.h"
 #include "hosts/desktop/GuardedLibrary.h"
 #include "hosts/desktop/IndexingBar.h"
 #include "hosts/desktop/Layers.h"
@@ -18,8 +19,6 @@
 #include "hosts/desktop/MailPrograms.h"
 #include "hosts/desktop/Notice.h"
 #include "hosts/desktop/Paths.h"
-#include "hosts/desktop/PlayingDisplay.h"
-#include "hosts/desktop/PlayingFilms.h"
 #include "hosts/desktop/SettingsPage.h"
 #include "hosts/desktop/SingleInstance.h"
 #include "hosts/desktop/SoundOutput.h"
@@ -107,8 +106,9 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
   desktop::DesktopServices services([&] { settingsPage->open(); });
   desktop::MailPrograms mail(eventLoop, (desktop::runtimeFolder() + QStringLiteral("/drafts")).toStdString());
   UIApplication* running = nullptr;  // between its launch and its end
+  desktop::Films* runningFilms = nullptr;
   const auto pauseFilms = [&] {
-    if (running != nullptr) desktop::pausePlayingFilms();
+    if (runningFilms != nullptr) runningFilms->pause();
   };
   gstreamer::Options engineOptions;
   engineOptions.soundTaken = [&] { eventLoop.post(pauseFilms); };
@@ -152,7 +152,6 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
         options.spare = (desktop::runtimeFolder() + QStringLiteral("/library.db")).toStdString();
         return medialibrary::makeLibrary(eventLoop, std::move(options));
       });
-  desktop::PlayingDisplay display(bus, [&](bool isPlaying) { library.setGentle(isPlaying); });
   desktop::IndexingBar indexingBar(layers, library);
   QObject::connect(&wait, &desktop::LibraryWait::waitingChanged, &indexingBar,
                    [&] { indexingBar.setHeldBack(wait.isWaiting()); });
@@ -165,11 +164,14 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
   const desktop::TerminationSignals termination(end);
   int status = 0;
   {
-    Platform platform({eventLoop, console, defaults, resources, services, mail, display, screen, *engine, library});
+    Platform platform({eventLoop, console, defaults, resources, services, mail, bus, screen, *engine, library});
     const auto& shared = UIApplication::sharedApplication();
     shared->launch(delegateClassName);
     screen.attach(shared->keyWindow());
+    desktop::Films films(shared->keyWindow()->rootViewController()->films());
+    QObject::connect(&films, &desktop::Films::playingChanged, &library, &desktop::GuardedLibrary::setGentle);
     running = shared.get();
+    runningFilms = &films;
     desktop::SoundOutputRule soundOutput;
     const desktop::SoundOutputWatch soundOutputWatch([&](auto output, auto passing) {
       eventLoop.post([&, output, passing] {
@@ -180,6 +182,7 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
       });
     });
     status = QCoreApplication::exec();
+    runningFilms = nullptr;
     running = nullptr;
     inTurn([&] { shared->terminate(); });
     place.remember({mainWindow->geometry(), mainWindow->visibility() == QWindow::FullScreen});
