@@ -17,6 +17,7 @@
 #include "hosts/desktop/LibraryPolicy.h"
 #include "hosts/desktop/LibraryWait.h"
 #include "hosts/desktop/MailPrograms.h"
+#include "hosts/desktop/MediaPlayers.h"
 #include "hosts/desktop/Notice.h"
 #include "hosts/desktop/Paths.h"
 #include "hosts/desktop/SettingsPage.h"
@@ -28,6 +29,7 @@
 #include "hosts/desktop/UserPresence.h"
 #include "hosts/desktop/WindowPlace.h"
 #include "hosts/gstreamer/Engine.h"
+#include "hosts/medialibrary/Artwork.h"
 #include "hosts/medialibrary/ArtworkMaker.h"
 #include "hosts/medialibrary/Folders.h"
 #include "hosts/medialibrary/Library.h"
@@ -50,6 +52,13 @@ QImage imageOf(const std::optional<probe::Still>& still) {
   if (!still) return {};
   const QImage view(still->bgrx.data(), still->width, still->height, still->width * 4, QImage::Format_RGB32);
   return view.copy();
+}
+
+/// For media panels, which show it larger than a row of the list.
+QString artworkFileOf(const std::string& url) {
+  constexpr int side = 256;
+  const auto file = medialibrary::keptArtworkFile(NSURL(url).path(), side);
+  return file ? QString::fromStdString(NSURL::fileURLWithPath(*file)->absoluteString()) : QString();
 }
 
 void configureQt() {
@@ -170,6 +179,12 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
     screen.attach(shared->keyWindow());
     desktop::Films films(shared->keyWindow()->rootViewController()->films());
     QObject::connect(&films, &desktop::Films::playingChanged, &library, &desktop::GuardedLibrary::setGentle);
+    const desktop::MediaPlayers mediaPlayers(
+        films, {.bus = desktop::DesktopBus::usualAddresses().session,
+                .raise = [&] { comeForward(*mainWindow); },
+                .quit = end,
+                .title = [&](const auto& url) { return QString::fromStdString(library.title(NSURL(url).path())); },
+                .artwork = artworkFileOf});
     running = shared.get();
     runningFilms = &films;
     desktop::SoundOutputRule soundOutput;
