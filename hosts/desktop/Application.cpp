@@ -17,6 +17,7 @@
 #include "hosts/desktop/LibraryPolicy.h"
 #include "hosts/desktop/LibraryWait.h"
 #include "hosts/desktop/MailPrograms.h"
+#include "hosts/desktop/MediaKeys.h"
 #include "hosts/desktop/MediaPlayers.h"
 #include "hosts/desktop/Notice.h"
 #include "hosts/desktop/Paths.h"
@@ -185,6 +186,7 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
                 .quit = end,
                 .title = [&](const auto& url) { return QString::fromStdString(library.title(NSURL(url).path())); },
                 .artwork = artworkFileOf});
+    const desktop::MediaKeys mediaKeys(*mainWindow, films);
     running = shared.get();
     runningFilms = &films;
     desktop::SoundOutputRule soundOutput;
