@@ -9,6 +9,7 @@
 #include "hosts/desktop/DesktopBus.h"
 #include "hosts/desktop/DesktopServices.h"
 #include "hosts/desktop/EventLoop.h"
+#include "hosts/desktop/Films.h"
 #include "hosts/desktop/GuardedLibrary.h"
 #include "hosts/desktop/IndexingBar.h"
 #include "hosts/desktop/Layers.h"
@@ -17,10 +18,10 @@
 #include "hosts/desktop/LibraryWait.h"
 #include "hosts/desktop/MailPortal.h"
 #include "hosts/desktop/MailPrograms.h"
+#include "hosts/desktop/MediaKeys.h"
+#include "hosts/desktop/MediaPlayers.h"
 #include "hosts/desktop/Notice.h"
 #include "hosts/desktop/Paths.h"
-#include "hosts/desktop/PlayingDisplay.h"
-#include "hosts/desktop/PlayingFilms.h"
 #include "hosts/desktop/SettingsPage.h"
 #include "hosts/desktop/SingleInstance.h"
 #include "hosts/desktop/SoundOutput.h"
@@ -30,6 +31,7 @@
 #include "hosts/desktop/UserPresence.h"
 #include "hosts/desktop/WindowPlace.h"
 #include "hosts/gstreamer/Engine.h"
+#include "hosts/medialibrary/Artwork.h"
 #include "hosts/medialibrary/ArtworkMaker.h"
 #include "hosts/medialibrary/Folders.h"
 #include "hosts/medialibrary/Library.h"
@@ -53,6 +55,13 @@ QImage imageOf(const std::optional<probe::Still>& still) {
   if (!still) return {};
   const QImage view(still->bgrx.data(), still->width, still->height, still->width * 4, QImage::Format_RGB32);
   return view.copy();
+}
+
+/// For media panels, which show it larger than a row of the list.
+QString artworkFileOf(const std::string& url) {
+  constexpr int side = 256;
+  const auto file = medialibrary::keptArtworkFile(NSURL(url).path(), side);
+  return file ? QString::fromStdString(NSURL::fileURLWithPath(*file)->absoluteString()) : QString();
 }
 
 void configureQt() {
@@ -118,8 +127,9 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
   desktop::DesktopServices services([&] { settingsPage->open(); });
   const auto mail = userMail(eventLoop);
   UIApplication* running = nullptr;  // between its launch and its end
+  desktop::Films* runningFilms = nullptr;
   const auto pauseFilms = [&] {
-    if (running != nullptr) desktop::pausePlayingFilms();
+    if (runningFilms != nullptr) runningFilms->pause();
   };
   gstreamer::Options engineOptions;
   engineOptions.soundTaken = [&] { eventLoop.post(pauseFilms); };
@@ -163,7 +173,6 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
         options.spare = (desktop::runtimeFolder() + QStringLiteral("/library.db")).toStdString();
         return medialibrary::makeLibrary(eventLoop, std::move(options));
       });
-  desktop::PlayingDisplay display(bus, [&](bool isPlaying) { library.setGentle(isPlaying); });
   desktop::IndexingBar indexingBar(layers, library);
   QObject::connect(&wait, &desktop::LibraryWait::waitingChanged, &indexingBar,
                    [&] { indexingBar.setHeldBack(wait.isWaiting()); });
@@ -183,11 +192,21 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
   const desktop::TerminationSignals termination(end);
   int status = 0;
   {
-    Platform platform({eventLoop, console, defaults, resources, services, *mail, display, screen, *engine, library});
+    Platform platform({eventLoop, console, defaults, resources, services, *mail, bus, screen, *engine, library});
     const auto& shared = UIApplication::sharedApplication();
     shared->launch(delegateClassName);
     screen.attach(shared->keyWindow());
+    desktop::Films films(shared->keyWindow()->rootViewController()->films());
+    QObject::connect(&films, &desktop::Films::playingChanged, &library, &desktop::GuardedLibrary::setGentle);
+    const desktop::MediaPlayers mediaPlayers(
+        films, {.bus = desktop::DesktopBus::usualAddresses().session,
+                .raise = [&] { comeForward(*mainWindow); },
+                .quit = end,
+                .title = [&](const auto& url) { return QString::fromStdString(library.title(NSURL(url).path())); },
+                .artwork = artworkFileOf});
+    const desktop::MediaKeys mediaKeys(*mainWindow, films);
     running = shared.get();
+    runningFilms = &films;
     desktop::SoundOutputRule soundOutput;
     const desktop::SoundOutputWatch soundOutputWatch([&](auto output, auto passing) {
       eventLoop.post([&, output, passing] {
@@ -198,6 +217,7 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
       });
     });
     status = QCoreApplication::exec();
+    runningFilms = nullptr;
     running = nullptr;
     inTurn([&] { shared->terminate(); });
     place.remember({mainWindow->geometry(), mainWindow->visibility() == QWindow::FullScreen});

@@ -78,6 +78,11 @@ std::vector<medialibrary::FolderLibrary::UnreadableFile> GuardedLibrary::unreada
                             : std::vector<medialibrary::FolderLibrary::UnreadableFile>{};
 }
 
+std::string GuardedLibrary::title(const std::string& path) {
+  auto* const library = readable();
+  return library != nullptr ? library->title(path) : std::string();
+}
+
 void GuardedLibrary::rescan() {
   if (auto* const library = readable()) library->rescan();
 }

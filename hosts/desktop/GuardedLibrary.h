@@ -39,9 +39,10 @@ class GuardedLibrary final : public QObject, public host::MediaLibrary {
   std::shared_ptr<const host::LibraryItems> items(std::uint64_t mediaType) override;
   /// As `medialibrary::FolderLibrary` has it; none without access.
   std::optional<medialibrary::FolderLibrary::Contents> contents(std::uint64_t mediaType);
-  /// As `medialibrary::FolderLibrary` has them; nothing to do, no files and no effect without access.
+  /// As `medialibrary::FolderLibrary` has them; nothing to do, no files, no title and no effect without access.
   medialibrary::FolderLibrary::Progress progress();
   std::vector<medialibrary::FolderLibrary::UnreadableFile> unreadableFiles(std::size_t most);
+  std::string title(const std::string& path);
   void rescan();
   /// As `medialibrary::FolderLibrary` has it; holds for every library that is opened later as well.
   void setGentle(bool isGentle);

@@ -69,4 +69,11 @@ std::optional<probe::Still> keptArtwork(const std::string& path, int largestSide
   return std::nullopt;  // out of memory
 }
 
+std::optional<std::string> keptArtworkFile(const std::string& path, int wantedSide) try {
+  const auto cache = ThumbnailCache::forFile(path);
+  return cache ? cache->file(wantedSide) : std::nullopt;
+} catch (const std::exception&) {
+  return std::nullopt;  // out of memory
+}
+
 }  // namespace medialibrary

@@ -17,4 +17,9 @@ std::string artworkSource(std::string_view path);
 /// is not opened. Any thread; never throws.
 std::optional<probe::Still> keptArtwork(const std::string& path, int largestSide);
 
+/// The file in which the thumbnail cache keeps a picture of the video at `path`, for other programs to show: one that
+/// is up to date, of `wantedSide` x `wantedSide` pixels or more if there is one; none where there is none. Any
+/// thread; never throws.
+std::optional<std::string> keptArtworkFile(const std::string& path, int wantedSide);
+
 }  // namespace medialibrary

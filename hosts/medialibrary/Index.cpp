@@ -90,6 +90,13 @@ class DatabaseIndex : public Index {
     return fileOf(query);
   }
 
+  std::optional<std::string> titleAt(const std::string& path) const override {
+    Query query(*database_, "SELECT title FROM file WHERE path = ? AND is_known = 1");
+    query.with(Blob{path});
+    if (!query.next()) return std::nullopt;
+    return std::string(query.text(0));
+  }
+
   std::vector<IndexedFile> filesLike(const VideoFile& file) const override {
     static const std::string statement = selectFiles(
         "WHERE device = ? AND inode = ? AND size = ? AND modified_seconds = ? AND modified_nanoseconds = ? "

@@ -82,6 +82,8 @@ class Index {
   /// The files that lie in `folder` itself, present or not, by path.
   virtual std::vector<IndexedFile> filesIn(const std::string& folder) const = 0;
   virtual std::optional<IndexedFile> fileAt(const std::string& path) const = 0;
+  /// What the file at `path` is called; none where it was not looked into.
+  virtual std::optional<std::string> titleAt(const std::string& path) const = 0;
   /// Files with this identity and state (device, inode, size and times), whatever their paths, by path.
   virtual std::vector<IndexedFile> filesLike(const VideoFile& file) const = 0;
   /// All folders in which there is a file, present or not, in the order of their bytes, without a slash at the end.

@@ -3,6 +3,7 @@
 #include "hosts/medialibrary/Folders.h"
 #include "hosts/medialibrary/Index.h"
 #include "hosts/medialibrary/Keeper.h"
+#include "hosts/medialibrary/Titles.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -69,6 +70,11 @@ class IndexedLibrary final : public FolderLibrary {
     const Keeper::State state = keeper_.state();
     if (state.unknown == 0) return {};
     return {state.done, state.done + state.unknown, state.secondsLeft};
+  }
+
+  std::string title(const std::string& path) override {
+    const auto known = answer(std::optional<std::string>(), [&](const Index& index) { return index.titleAt(path); });
+    return known.value_or(titleOf(path, std::nullopt));
   }
 
   std::vector<UnreadableFile> unreadableFiles(std::size_t most) override {

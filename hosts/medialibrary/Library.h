@@ -51,6 +51,8 @@ class FolderLibrary : public host::MediaLibrary {
   virtual void setFolders(std::vector<std::string> folders) = 0;
   virtual Contents contents(std::uint64_t mediaType) = 0;
   virtual Progress progress() = 0;
+  /// What the video at `path` (absolute, as bytes) is called in the list; made of its name where it is not known.
+  virtual std::string title(const std::string& path) = 0;
   /// By path, `most` at most.
   virtual std::vector<UnreadableFile> unreadableFiles(std::size_t most) = 0;
   /// Searches all folders again and looks once more into what could not be read.

@@ -143,6 +143,21 @@ std::optional<probe::Still> ThumbnailCache::find(int largestSide) const {
   return std::nullopt;
 }
 
+bool ThumbnailCache::holds(ThumbnailSize size) const {
+  const std::string png = contentsOf(pathOf(size));
+  return !png.empty() && isValid(png);
+}
+
+std::optional<std::string> ThumbnailCache::file(int wantedSide) const {
+  std::optional<std::string> largest;
+  for (const ThumbnailSize size : sizes) {
+    if (!holds(size)) continue;
+    largest = pathOf(size);
+    if (sideOf(size) >= wantedSide) break;
+  }
+  return largest;
+}
+
 void ThumbnailCache::store(ThumbnailSize size, const probe::Still& still) const {
   const std::string png = pngOf(still, {{"Thumb::URI", uri_},
                                         {"Thumb::MTime", std::to_string(modified_)},

@@ -32,6 +32,9 @@ class ThumbnailCache {
   /// The smallest valid thumbnail of a size that `largestSide` pixels can be taken from.
   std::optional<probe::Still> find(int largestSide) const;
 
+  /// The file that holds a valid thumbnail: the smallest one of at least `wantedSide` pixels, else the largest one.
+  std::optional<std::string> file(int wantedSide) const;
+
   /// Stores `still`, which is not larger than `size` allows, in one step: others see the old one or the new one.
   /// Where that fails, all stays as it was.
   void store(ThumbnailSize size, const probe::Still& still) const;
@@ -41,6 +44,7 @@ class ThumbnailCache {
 
  private:
   bool isValid(const std::string& png) const;
+  bool holds(ThumbnailSize size) const;
 
   std::string root_;  // the cache's folder
   std::string uri_;   // of the file

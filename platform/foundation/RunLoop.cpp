@@ -86,6 +86,7 @@ void RunLoop::clear() {
 
 void RunLoop::finishTurn() {
   Platform::current().finishTurn();
+  if (turnEnded_) turnEnded_();
   orderWakeUp();
 }
 

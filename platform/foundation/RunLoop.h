@@ -55,6 +55,10 @@ class RunLoop {
   bool isScheduled(const NSTimer& timer) const;
   /// Lets go of everything that is queued or scheduled, without running it.
   void clear();
+  /// `told` is called at the end of each outermost turn, once views are laid out and media commands have taken
+  /// effect: for a host that follows the app's state. It must not act on the app. An empty one takes the listener
+  /// away.
+  void setTurnEnded(std::function<void()> told) { turnEnded_ = std::move(told); }
 
  private:
   struct Due {
@@ -69,6 +73,7 @@ class RunLoop {
 
   std::vector<std::function<void()>> queue_;
   std::map<Order, Due> agenda_;
+  std::function<void()> turnEnded_;
   std::uint64_t nextNumber_ = 0;
   int depth_ = 0;
 };

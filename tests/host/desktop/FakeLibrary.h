@@ -51,6 +51,7 @@ class FakeLibrary final : public medialibrary::FolderLibrary {
     return contents;
   }
   Progress progress() override { return facts_.progress; }
+  std::string title(const std::string&) override { return "Film"; }
   std::vector<UnreadableFile> unreadableFiles(std::size_t most) override {
     const auto count = std::min(most, facts_.unreadable.size());
     return {facts_.unreadable.begin(), facts_.unreadable.begin() + static_cast<std::ptrdiff_t>(count)};

@@ -166,6 +166,19 @@ TEST_F(Artwork, DoesNotComeFromASmallerThumbnail) {
   EXPECT_FALSE(isGreen(*still));
 }
 
+TEST_F(Artwork, IsInAFileForOthersToShow) {
+  EXPECT_FALSE(medialibrary::keptArtworkFile(path_, 256));
+  plant(ThumbnailSize::Normal, green(128, 72), validTexts());
+  EXPECT_EQ(medialibrary::keptArtworkFile(path_, 256), thumbnailPath(ThumbnailSize::Normal))
+      << "the largest there is";
+  plant(ThumbnailSize::Large, green(256, 144), validTexts());
+  plant(ThumbnailSize::ExtraLarge, green(512, 288), validTexts());
+  EXPECT_EQ(medialibrary::keptArtworkFile(path_, 256), thumbnailPath(ThumbnailSize::Large));
+  EXPECT_EQ(medialibrary::keptArtworkFile(path_, 257), thumbnailPath(ThumbnailSize::ExtraLarge));
+  setModified(path_, filmTime + 1);
+  EXPECT_FALSE(medialibrary::keptArtworkFile(path_, 256)) << "all of them are out of date";
+}
+
 TEST_F(Artwork, IsMadeAgainOnceTheFilmHasChanged) {
   plant(ThumbnailSize::Large, green(256, 192), validTexts());
   setModified(path_, filmTime + 1);

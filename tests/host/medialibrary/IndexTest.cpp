@@ -81,6 +81,15 @@ TEST_F(Index, RemembersAllAboutAFile) {
   EXPECT_FALSE(index_->fileAt("/f/b.mkv"));
 }
 
+TEST_F(Index, TellsTheTitleOfWhatWasLookedInto) {
+  const auto known = videoFile("/f/a.mp4", 1);
+  addFilm(*index_, known, "Alba");
+  index_->add(videoFile("/f/b.mp4", 2));
+  EXPECT_EQ(index_->titleAt("/f/a.mp4"), "Alba");
+  EXPECT_FALSE(index_->titleAt("/f/b.mp4"));
+  EXPECT_FALSE(index_->titleAt("/f/c.mp4"));
+}
+
 TEST_F(Index, SurvivesBeingClosed) {
   addFilm(*index_, videoFile("/f/a.mp4", 1), "Uno");
   addFilm(*index_, videoFile("/f/b.mp4", 2), "Due");

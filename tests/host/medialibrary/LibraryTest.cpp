@@ -52,6 +52,13 @@ TEST_F(Library, TitleIsTheFileNameWhereThereIsNoTag) {
   EXPECT_EQ(titles(), Texts({".mp4", "Natale.2023 a casa"}));
 }
 
+TEST_F(Library, TellsTheTitleOfAVideoThatItListsAndTheNameOfAnother) {
+  const std::string path = folder_.copy(filmTitled("Vacanze"), "a b.mp4");
+  ASSERT_EQ(titles(), Texts({"Vacanze"}));
+  EXPECT_EQ(library_->title(path), "Vacanze");
+  EXPECT_EQ(library_->title("/elsewhere/Natale.2023 a casa.mp4"), "Natale.2023 a casa");
+}
+
 TEST_F(Library, OfAnEmptyFolderIsEmpty) {
   ASSERT_NE(items(), nullptr);
   EXPECT_EQ(items()->count(), 0U);

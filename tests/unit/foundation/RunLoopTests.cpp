@@ -157,6 +157,22 @@ TEST_F(RunLoopTest, ATurnWithoutCommandsCommitsAllTheSame) {
   EXPECT_THAT(host.mediaEngine.takeCalls(), ElementsAre("a.mp4 video play", "commit"));
 }
 
+TEST_F(RunLoopTest, TheEndOfEachOutermostTurnIsToldOnceAfterItsCommandsHaveTakenEffect) {
+  const auto player = AVPlayer::playerWithURL(NSURL::URLWithString("file:///a.mp4"));
+  event([] {});
+  host.mediaEngine.takeCalls();
+  RunLoop::main().setTurnEnded([this] { host.mediaEngine.calls.emplace_back("told"); });
+  {
+    const RunLoop::Turn turn(RunLoop::main());
+    const RunLoop::Turn nested(RunLoop::main());
+    player->play();
+  }
+  EXPECT_THAT(host.mediaEngine.takeCalls(), ElementsAre("a.mp4 video play", "commit", "told"));
+  RunLoop::main().setTurnEnded(nullptr);
+  event([] {});
+  EXPECT_THAT(host.mediaEngine.takeCalls(), ElementsAre());
+}
+
 TEST_F(RunLoopTest, ABlockIsReleasedOnceItHasRun) {
   auto held = make<NSString>("held");
   const Weak<NSString> weak = held;
