@@ -32,16 +32,19 @@
 #include "hosts/medialibrary/ArtworkMaker.h"
 #include "hosts/medialibrary/Folders.h"
 #include "hosts/medialibrary/Library.h"
+#include "hosts/probe/LoadedLook.h"
 #include "hosts/qtquick/ScreenHost.h"
 #include "platform/Platform.h"
 #include "platform/uikit/UIWindow.h"
 
 #include <QFile>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QImage>
 #include <QQuickWindow>
 #include <QShortcut>
+#include <QThreadPool>
 
 #include <cstdio>
 
@@ -60,6 +63,20 @@ void configureQt() {
   QGuiApplication::setApplicationDisplayName(QStringLiteral("Quillop"));
   QGuiApplication::setApplicationVersion(QStringLiteral(QUILLOP_VERSION));
   QGuiApplication::setDesktopFileName(QStringLiteral("quillop"));
+}
+
+/// What fonts there are is looked up by whoever draws the first text. Here it begins before the first screen is made,
+/// on another thread.
+void lookForFonts() {
+  QThreadPool::globalInstance()->start([] { QFontMetricsF(QFont()).horizontalAdvance(QLatin1Char('Q')); });
+}
+
+/// Drawn in many sizes, and not needed for the first screen.
+void setIconAfterFirstFrame(const QQuickWindow& window) {
+  QObject::connect(
+      &window, &QQuickWindow::frameSwapped, qGuiApp,
+      [] { QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/images/quillop.svg"))); },
+      static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
 void inTurn(const std::function<void()>& block) {
@@ -91,12 +108,12 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
                       const std::string& delegateClassName) {
   configureQt();
   QGuiApplication application(argumentCount, arguments);
-  QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/images/quillop.svg")));
   QQuickWindow* mainWindow = nullptr;
   const desktop::SingleInstance instance(desktop::runtimeFolder(), [&] {
     if (mainWindow != nullptr) comeForward(*mainWindow);
   });
   if (!instance.isFirst()) return 0;
+  lookForFonts();
   qtquick::chooseGraphics();
 
   desktop::EventLoop eventLoop;
@@ -111,6 +128,7 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
     if (running != nullptr) desktop::pausePlayingFilms();
   };
   gstreamer::Options engineOptions;
+  engineOptions.look = probe::loadedLook;
   engineOptions.soundTaken = [&] { eventLoop.post(pauseFilms); };
   const auto engine = gstreamer::makeEngine(eventLoop, std::move(engineOptions));
   desktop::BackgroundReasons background(
@@ -135,6 +153,7 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
   mainWindow = &screen.window();
   const desktop::WindowPlace place(desktop::stateFolder() + QStringLiteral("/window.ini"));
   restore(*mainWindow, place);
+  setIconAfterFirstFrame(*mainWindow);
   screen.show();
 
   desktop::LibraryAccess access(desktop::configurationFolder() + QStringLiteral("/library.json"),

@@ -1,5 +1,7 @@
 #include "hosts/gstreamer/Pipeline.h"
 
+#include "hosts/gstreamer/UsualPlugins.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cstring>
@@ -98,6 +100,7 @@ bool Pipeline::open(double position, Precision precision) {
 }
 
 bool Pipeline::build() {
+  startGStreamer();
   pipeline_ = Element(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))));
   const Clock clock(gst_system_clock_obtain());
   gst_pipeline_use_clock(GST_PIPELINE(pipeline_.get()), clock.get());
