@@ -19,7 +19,9 @@ sys.path.insert(0, os.path.join(ROOT, "tests", "journey"))
 
 # pylint: disable=wrong-import-position
 import answering  # noqa: E402
+import freezing  # noqa: E402
 import lasting  # noqa: E402
+import moving  # noqa: E402
 import playing  # noqa: E402
 from ground import Ground  # noqa: E402
 from results import Result, table  # noqa: E402
@@ -32,7 +34,9 @@ MEASURES = {
     "indexing": playing.indexing,
     "tap": answering.tap,
     "seek": answering.seek,
+    "drag": moving.drag,
     "start": answering.start,
+    "stalls": freezing.stalls,
     "idle": lasting.idle,
     "leaks": lasting.leaks,
 }

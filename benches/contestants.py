@@ -49,6 +49,7 @@ class Ours:
         self._folder = tempfile.TemporaryDirectory(prefix="quillop-bench-")
         self._path = path
         self.home = None
+        self.environment = {}  # what the program is to find in it beside what any session has
         self.program = None
         self.films = []
 
@@ -69,7 +70,7 @@ class Ours:
             file.write(f"[window]\ngeometry=@Rect(0 0 {2 * VIEW_WIDTH} {VIEW_HEIGHT + BAR_HEIGHT})\nfullScreen=false\n")
 
     def launch(self):
-        self.program = Program(self._path, self._ground.stage, self.home)
+        self.program = Program(self._path, self._ground.stage, self.home, self.environment)
         self.films = [Film(self.program, 1), Film(self.program, 2)]
 
     def play(self, paths):

@@ -21,12 +21,13 @@ LONGEST_ENCODING = 3600  # seconds
 class Film:
     """A film that is still to be made: `numbers` many pictures from 0 on, which begin anew until `seconds` are full."""
 
-    def __init__(self, name, size, rate, seconds, video_arguments, numbers_seconds=None):
+    def __init__(self, name, size, rate, seconds, video_arguments, numbers_seconds=None, key_frame_every=None):
         self.name = name
         self.size = size
         self.rate = rate
         self.seconds = seconds
         self.video_arguments = video_arguments
+        self.key_frame_every = key_frame_every  # pictures, where that is certain
         self._numbers_seconds = numbers_seconds or seconds
 
     @property
@@ -111,7 +112,7 @@ def _camera(bits_per_second, key_frame_every):
 
 
 def full_hd(seconds):
-    return Film("1080p30", (1920, 1080), 30, seconds, _camera(6, 30))
+    return Film("1080p30", (1920, 1080), 30, seconds, _camera(6, 30), key_frame_every=30)
 
 
 def full_hd_60(seconds):
@@ -120,7 +121,7 @@ def full_hd_60(seconds):
 
 def rare_key_frames(seconds):
     """A key frame every eight seconds only."""
-    return Film("1080p30-rare-keys", (1920, 1080), 30, seconds, _camera(6, 240))
+    return Film("1080p30-rare-keys", (1920, 1080), 30, seconds, _camera(6, 240), key_frame_every=240)
 
 
 def ultra_hd(seconds, numbers_seconds):

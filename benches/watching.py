@@ -14,7 +14,7 @@ from processes import until
 PAUSE = 0.002  # seconds between two looks
 
 
-def _hurry():
+def hurry():
     """Where that is permitted, this thread comes before all others: a late look would blame the program looked at."""
     try:
         os.sched_setscheduler(0, os.SCHED_FIFO, os.sched_param(1))
@@ -38,7 +38,7 @@ class Looks:
         self._thread.start()
 
     def _run(self):
-        _hurry()
+        hurry()
         last, before = None, time.monotonic()
         while not self._stopped:
             now = time.monotonic()

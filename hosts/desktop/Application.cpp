@@ -35,16 +35,19 @@
 #include "hosts/medialibrary/ArtworkMaker.h"
 #include "hosts/medialibrary/Folders.h"
 #include "hosts/medialibrary/Library.h"
+#include "hosts/probe/LoadedLook.h"
 #include "hosts/qtquick/ScreenHost.h"
 #include "platform/Platform.h"
 #include "platform/uikit/UIWindow.h"
 
 #include <QFile>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QImage>
 #include <QQuickWindow>
 #include <QShortcut>
+#include <QThreadPool>
 
 #include <cstdio>
 #include <memory>
@@ -80,6 +83,20 @@ std::unique_ptr<host::Mail> userMail(host::MainLoop& mainLoop) {
   return std::make_unique<desktop::MailPrograms>(mainLoop, drafts.toStdString());
 }
 
+/// What fonts there are is looked up by whoever draws the first text. Here it begins before the first screen is made,
+/// on another thread.
+void lookForFonts() {
+  QThreadPool::globalInstance()->start([] { QFontMetricsF(QFont()).horizontalAdvance(QLatin1Char('Q')); });
+}
+
+/// Drawn in many sizes, and not needed for the first screen.
+void setIconAfterFirstFrame(const QQuickWindow& window) {
+  QObject::connect(
+      &window, &QQuickWindow::frameSwapped, qGuiApp,
+      [] { QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/images/quillop.svg"))); },
+      static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+}
+
 void inTurn(const std::function<void()>& block) {
   const RunLoop::Turn turn(RunLoop::main());
   block();
@@ -111,12 +128,12 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
                       const std::string& delegateClassName) {
   configureQt();
   QGuiApplication application(argumentCount, arguments);
-  QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/images/quillop.svg")));
   QQuickWindow* mainWindow = nullptr;
   const desktop::SingleInstance instance(desktop::runtimeFolder(), [&] {
     if (mainWindow != nullptr) comeForward(*mainWindow);
   });
   if (!instance.isFirst()) return 0;
+  lookForFonts();
   qtquick::chooseGraphics();
 
   desktop::EventLoop eventLoop;
@@ -132,6 +149,7 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
     if (runningFilms != nullptr) runningFilms->pause();
   };
   gstreamer::Options engineOptions;
+  engineOptions.look = probe::loadedLook;
   engineOptions.soundTaken = [&] { eventLoop.post(pauseFilms); };
   const auto engine = gstreamer::makeEngine(eventLoop, std::move(engineOptions));
   desktop::BackgroundReasons background(
@@ -156,6 +174,7 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
   mainWindow = &screen.window();
   const desktop::WindowPlace place(desktop::stateFolder() + QStringLiteral("/window.ini"));
   restore(*mainWindow, place);
+  setIconAfterFirstFrame(*mainWindow);
   screen.show();
 
   desktop::LibraryAccess access(desktop::configurationFolder() + QStringLiteral("/library.json"),

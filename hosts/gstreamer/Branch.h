@@ -25,6 +25,9 @@ class Branch {
   /// Whether what arrives at the sink while the pipeline stands still is to be put up: true around opening and
   /// seeking, false after a pause, when it is what would come next.
   virtual void expectStill(bool expected) = 0;
+  /// The same while a finger moves, where something near `position` (in seconds) will do for a moment: only what is
+  /// nearer to it than what is up already.
+  virtual void expectStillNear(double position) = 0;
   /// The pipeline is about to be sought, or stands still: times of before do not count any more.
   virtual void standStill() {}
   /// Whether something was put up since then. Any thread.

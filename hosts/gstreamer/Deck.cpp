@@ -14,6 +14,8 @@ namespace gstreamer {
 namespace {
 
 /// Targets of seeks that follow each other faster than this are those of a moving finger.
+constexpr Instant fingerPause = nanoseconds(0.3);
+/// Sound waits for so long whether the finger goes on: sound that jumps along with it would only crackle.
 constexpr Instant settling = nanoseconds(0.1);
 /// A pipeline that would be later than this skips ahead rather than hurry after the others. Sound cannot hurry.
 constexpr double tolerableLatenessOfPicture = 0.1;
@@ -117,6 +119,7 @@ void Deck::moveTo(double position) {
   const double target = std::max(0.0, length > 0.0 ? std::min(position, length) : position);
   const Instant time = now();
   const bool quickly = time - lastTarget_ < settling;
+  fingerMoves_ = time - lastTarget_ < fingerPause;
   lastTarget_ = time;
   settlesAt_ = quickly ? time + settling : 0;
   atEnd_ = false;
@@ -124,6 +127,8 @@ void Deck::moveTo(double position) {
   damages_ = 0;
   standStill(target);
   aim_ = target;
+  // A picture that would have to be decoded from far off is not waited for any more.
+  if (hasPipeline() && setup_.kind == Kind::Picture) pipeline_->outdateSeeks();
 }
 
 void Deck::standStill(double position) {
@@ -227,19 +232,25 @@ void Deck::pausePipeline() {
 }
 
 void Deck::seekPipeline() {
-  const bool settled = now() >= settlesAt_;
-  if (!settled) {
-    later(settlesAt_, &Deck::advance);
-    // Sound that jumps along with a finger would only crackle.
-    if (setup_.kind == Kind::Sound || previewed_ == aim_) return;
-    previewed_ = aim_;
-  } else {
-    previewed_.reset();
-  }
+  if (setup_.kind == Kind::Sound && now() < settlesAt_) return later(settlesAt_, &Deck::advance);
   standsAt_ = pipelineTarget(*aim_);
-  if (settled) aim_.reset();
-  const auto precision = settled ? precisionAt(standsAt_) : Precision::KeyFrame;
-  submit([target = standsAt_, precision](Pipeline& pipeline) { return pipeline.seek(target, precision); });
+  const auto precision = nextPrecision();
+  submit([target = standsAt_, precision, round = pipeline_->round()](Pipeline& pipeline) {
+    return pipeline.seek(target, precision, round);
+  });
+}
+
+/// Under a moving finger each target is shown by a key frame near it, which comes at once, and then by the very
+/// picture, unless the finger is somewhere else by then.
+Precision Deck::nextPrecision() {
+  if (setup_.kind == Kind::Picture && fingerMoves_ && previewed_ != aim_) {
+    previewed_ = aim_;
+    return Precision::KeyFrame;
+  }
+  previewed_.reset();
+  aim_.reset();
+  fingerMoves_ = false;
+  return precisionAt(standsAt_);
 }
 
 /// At the very end there is no picture any more; the last one is meant.

@@ -117,6 +117,7 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   void dropPipeline();
   void pausePipeline();
   void seekPipeline();
+  Precision nextPrecision();
   void submit(Work work);
   void finished(const Outcome& outcome);
   void inspect();
@@ -190,6 +191,8 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   std::optional<double> previewed_;
   double standsAt_ = 0.0;
   Instant lastTarget_ = 0;
+  /// The targets are those of a moving finger.
+  bool fingerMoves_ = false;
   Instant settlesAt_ = 0;
   int catchingUp_ = 0;
   std::uint64_t watch_ = 0;  ///< counts the starts of the pipeline

@@ -36,13 +36,35 @@ double rateOf(const GstStructure& stream) {
   return known && numerator > 0 ? static_cast<double>(numerator) / denominator : 30.0;
 }
 
+int mostThreads() {
+  return static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
+}
+
 int threadsFor(const GstStructure& stream) {
   int width = 0, height = 0;
   gst_structure_get_int(&stream, "width", &width);
   gst_structure_get_int(&stream, "height", &height);
   const double load = static_cast<double>(width) * height * rateOf(stream) * effortOf(stream);
   const int needed = static_cast<int>(std::ceil(load / pixelsPerSecondOfOneThread));
-  return std::clamp(needed, 1, static_cast<int>(std::max(1U, std::thread::hardware_concurrency())));
+  return std::clamp(needed, 1, mostThreads());
+}
+
+/// The property that tells a decoder how many threads to use; none where there is no such choice.
+const GParamSpec* threadsOf(GstElement& decoder) {
+  for (const char* property : {"max-threads", "threads"}) {
+    const GParamSpec* found = g_object_class_find_property(G_OBJECT_GET_CLASS(&decoder), property);
+    if (found && (found->value_type == G_TYPE_INT || found->value_type == G_TYPE_UINT)) return found;
+  }
+  return nullptr;
+}
+
+bool setThreads(GstElement& decoder, int threads) {
+  const GParamSpec* property = threadsOf(decoder);
+  if (!property) return false;
+  int before = 0;  // of the same size, whether it has a sign or not
+  g_object_get(&decoder, property->name, &before, nullptr);
+  g_object_set(&decoder, property->name, threads, nullptr);
+  return threads != before;
 }
 
 }  // namespace
@@ -66,16 +88,13 @@ bool isHardwareDecoder(GstElement& element) {
   return isHardware(gst_element_class_get_metadata(GST_ELEMENT_GET_CLASS(&element), GST_ELEMENT_METADATA_KLASS));
 }
 
-void limitThreads(GstElement& decoder, const GstCaps& caps) {
+bool limitThreads(GstElement& decoder, const GstCaps& caps) {
   const GstStructure* stream = gst_caps_get_structure(&caps, 0);
-  if (!stream) return;
-  for (const char* property : {"max-threads", "threads"}) {
-    const GParamSpec* found = g_object_class_find_property(G_OBJECT_GET_CLASS(&decoder), property);
-    if (!found) continue;
-    const int threads = threadsFor(*stream);
-    if (found->value_type == G_TYPE_INT) g_object_set(&decoder, property, threads, nullptr);
-    if (found->value_type == G_TYPE_UINT) g_object_set(&decoder, property, static_cast<guint>(threads), nullptr);
-  }
+  return stream && setThreads(decoder, threadsFor(*stream));
+}
+
+bool unlimitThreads(GstElement& decoder) {
+  return setThreads(decoder, mostThreads());
 }
 
 }  // namespace gstreamer

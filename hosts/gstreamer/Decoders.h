@@ -17,7 +17,12 @@ std::vector<std::string> decodersFor(const GstCaps& caps, Hardware hardware);
 /// reasons that do not lie in the media.
 bool isHardwareDecoder(GstElement& element);
 
-/// Gives a software decoder as many threads as it needs for `caps`: each further one costs time on all of them.
-void limitThreads(GstElement& decoder, const GstCaps& caps);
+/// Gives a software decoder as many threads as it needs for `caps`: each further one costs time on all of them. False
+/// where that changes nothing. One that has begun already goes on as it did until it is told other caps.
+bool limitThreads(GstElement& decoder, const GstCaps& caps);
+
+/// Gives a software decoder as many threads as this machine runs at once, for pictures that are wanted sooner than at
+/// their time. False and so on likewise.
+bool unlimitThreads(GstElement& decoder);
 
 }  // namespace gstreamer

@@ -1,7 +1,8 @@
 #include "hosts/gstreamer/Engine.h"
 
+#include "hosts/gstreamer/Instant.h"
 #include "hosts/gstreamer/Players.h"
-#include "hosts/probe/MediaProbe.h"
+#include "hosts/gstreamer/UsualPlugins.h"
 
 #include <utility>
 
@@ -9,14 +10,17 @@ namespace gstreamer {
 
 namespace {
 
-host::MediaFacts lookInto(const std::string& path, double deadline) {
-  return probe::look(path, deadline).media;
+/// A first film is not chosen sooner, and by then the first screen is there.
+constexpr double quietTime = 1.0;
+
+host::MediaFacts seeNothing(const std::string&, double) {
+  return {};
 }
 
 class Engine final : public host::MediaEngine {
  public:
   Engine(host::MainLoop& mainLoop, Options options)
-      : facts_(std::make_shared<FactsCache>(lookInto, options.factsDeadline)),
+      : facts_(std::make_shared<FactsCache>(options.look ? options.look : seeNothing, options.factsDeadline)),
         thread_("film-engine"),
         closingPatience_(options.closingPatience),
         surroundings_(std::make_shared<Surroundings>(
@@ -35,9 +39,7 @@ class Engine final : public host::MediaEngine {
       if (const auto conductor = weak.lock()) conductor->deckIsRefused(deck);
     };
     turn_ = std::make_shared<Turn>(conductor_, thread_.queue());
-    // More than once does no harm. The first time after plugins were installed GStreamer starts a process that loads
-    // each of them, and writes what it found into a registry in the user's cache folder.
-    thread_.queue()->post([] { gst_init(nullptr, nullptr); });
+    thread_.queue()->postAt(now() + nanoseconds(quietTime), loadUsualPlugins);
   }
 
   ~Engine() override {

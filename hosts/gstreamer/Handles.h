@@ -36,6 +36,7 @@ using Element = std::unique_ptr<GstElement, ObjectRelease>;
 using Pad = std::unique_ptr<GstPad, ObjectRelease>;
 using Stream = std::unique_ptr<GstStream, ObjectRelease>;
 using Bus = std::unique_ptr<GstBus, ObjectRelease>;
+using Factory = std::unique_ptr<GstElementFactory, ObjectRelease>;
 using Clock = std::unique_ptr<GstClock, ObjectRelease>;
 using Caps = std::unique_ptr<GstCaps, CapsRelease>;
 using Sample = std::unique_ptr<GstSample, SampleRelease>;

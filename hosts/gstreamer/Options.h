@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hosts/gstreamer/FactsCache.h"
 #include "hosts/gstreamer/Handles.h"
 
 #include <functional>
@@ -12,6 +13,9 @@ namespace gstreamer {
 Element makeSoundServerSink();
 
 struct Options {
+  /// Looks into the file at a path for at most so many seconds, on a thread of its own. Without it no file is
+  /// readable.
+  FactsCache::Look look;
   /// Makes the element that a sound player's samples go into: interleaved stereo. Called on a thread of the player,
   /// anew each time the sound device is taken. None: the film plays without being heard.
   std::function<Element()> makeSoundSink = makeSoundServerSink;

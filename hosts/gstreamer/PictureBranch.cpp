@@ -4,6 +4,8 @@
 
 #include <gst/app/gstappsink.h>
 
+#include <cmath>
+#include <limits>
 #include <utility>
 
 namespace gstreamer {
@@ -14,6 +16,7 @@ namespace {
 constexpr guint decodedAhead = 3;
 /// A frame that is later than this is skipped, and the decoder is told.
 constexpr gint64 tolerableLateness = 40 * GST_MSECOND;
+constexpr double notNear = std::numeric_limits<double>::quiet_NaN();
 
 }  // namespace
 
@@ -47,10 +50,7 @@ void PictureBranch::configureSink() {
                "enable-last-sample", FALSE, nullptr);
   GstAppSinkCallbacks callbacks{};
   callbacks.new_preroll = [](GstAppSink* sink, gpointer branch) {
-    Sample frame(gst_app_sink_pull_preroll(sink));
-    auto& self = *static_cast<PictureBranch*>(branch);
-    self.hasStill_ = true;
-    if (self.expectsStill_) self.take(std::move(frame));
+    static_cast<PictureBranch*>(branch)->takeStill(Sample(gst_app_sink_pull_preroll(sink)));
     return GST_FLOW_OK;
   };
   callbacks.new_sample = [](GstAppSink* sink, gpointer branch) {
@@ -69,6 +69,25 @@ void PictureBranch::watchSink() {
 
 void PictureBranch::setDelay(double seconds) {
   g_object_set(sink_.get(), "ts-offset", gint64{nanoseconds(seconds)}, nullptr);
+}
+
+void PictureBranch::expectStill(bool expected) {
+  near_ = notNear;
+  expectsStill_ = expected;
+}
+
+void PictureBranch::expectStillNear(double position) {
+  near_ = position;
+  expectsStill_ = true;
+}
+
+void PictureBranch::takeStill(Sample frame) {
+  hasStill_ = true;
+  if (!expectsStill_ || !frame) return;
+  const double place = near_;
+  const auto shown = maker_->time();
+  if (!std::isnan(place) && shown && std::abs(*shown - place) < std::abs(timeOf(*frame) - place)) return;
+  take(std::move(frame));
 }
 
 void PictureBranch::take(Sample frame) {

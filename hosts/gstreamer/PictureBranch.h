@@ -4,6 +4,7 @@
 #include "hosts/gstreamer/PictureMaker.h"
 
 #include <atomic>
+#include <limits>
 #include <memory>
 
 namespace gstreamer {
@@ -18,7 +19,8 @@ class PictureBranch final : public Branch {
   GstElement& entry() override { return *queue_; }
   GstElement& sink() override { return *sink_; }
   bool readsAhead() const override { return false; }
-  void expectStill(bool expected) override { expectsStill_ = expected; }
+  void expectStill(bool expected) override;
+  void expectStillNear(double position) override;
   void standStill() override { hasStill_ = false; }
   bool hasStill() const override { return hasStill_; }
   void setDelay(double seconds) override;
@@ -27,6 +29,7 @@ class PictureBranch final : public Branch {
  private:
   void configureSink();
   void watchSink();
+  void takeStill(Sample frame);
   void take(Sample frame);
   static GstPadProbeReturn seeItem(GstPad* pad, GstPadProbeInfo* info, gpointer branch);
   void seeTags(const GstTagList& tags);
@@ -37,6 +40,8 @@ class PictureBranch final : public Branch {
   Element sink_;
   std::atomic<bool> expectsStill_ = true;
   std::atomic<bool> hasStill_ = false;
+  /// Where about right is right enough, in seconds; none where only the very place is.
+  std::atomic<double> near_ = std::numeric_limits<double>::quiet_NaN();
   /// Written and read by the thread that the frames come on.
   Orientation orientation_;
 };

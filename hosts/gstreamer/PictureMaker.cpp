@@ -1,5 +1,6 @@
 #include "hosts/gstreamer/PictureMaker.h"
 
+#include "hosts/gstreamer/Instant.h"
 #include "hosts/gstreamer/ToneMapping.h"
 
 #include <libyuv.h>
@@ -148,6 +149,12 @@ Orientation Orientation::named(std::string_view name) {
   if (name == "rotate-180") orientation.quarterTurns = 2;
   if (name == "rotate-270") orientation.quarterTurns = 3;
   return orientation;
+}
+
+double timeOf(GstSample& frame) {
+  const GstClockTime time = GST_BUFFER_PTS(gst_sample_get_buffer(&frame));
+  const guint64 place = gst_segment_to_stream_time(gst_sample_get_segment(&frame), GST_FORMAT_TIME, time);
+  return GST_CLOCK_TIME_IS_VALID(place) ? seconds(static_cast<Instant>(place)) : HUGE_VAL;
 }
 
 Box fitted(const GstVideoInfo& frame, Orientation orientation, Box box) {
@@ -398,6 +405,11 @@ void PictureMaker::makeAgain() {
 void PictureMaker::forget() {
   const std::lock_guard lock(mutex_);
   frame_.reset();
+}
+
+std::optional<double> PictureMaker::time() {
+  const std::lock_guard lock(mutex_);
+  return frame_ ? std::optional(timeOf(*frame_)) : std::nullopt;
 }
 
 void PictureMaker::make() {

@@ -7,6 +7,7 @@
 
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -29,6 +30,9 @@ Box fitted(const GstVideoInfo& frame, Orientation orientation, Box box);
 /// The formats of frames that are taken as they are, as GStreamer's caps write them.
 extern const char* const takenFormats;
 
+/// When in the film a frame is, in seconds; infinite where it does not tell.
+double timeOf(GstSample& frame);
+
 /// Makes decoded frames into pictures of the board's box: scales the planes straight to the final size and only then
 /// converts what is left of them, which costs a tenth of the other order. Any thread.
 class PictureMaker {
@@ -42,6 +46,8 @@ class PictureMaker {
   void makeAgain();
   /// Lets go of the kept frame.
   void forget();
+  /// When in the film the kept frame is, in seconds; none without one.
+  std::optional<double> time();
 
  private:
   class Pool;

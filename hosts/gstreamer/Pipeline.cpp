@@ -1,5 +1,7 @@
 #include "hosts/gstreamer/Pipeline.h"
 
+#include "hosts/gstreamer/UsualPlugins.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cstring>
@@ -14,6 +16,8 @@ namespace {
 /// How long a wait goes on before it looks whether it was interrupted.
 constexpr Instant glance = 20 * GST_MSECOND;
 constexpr int glancesForReason = 10;
+/// The same for a seek, which a moving finger outdates many times a second.
+constexpr Instant briefGlance = 4 * GST_MSECOND;
 /// Encoded sound that is read ahead, so that a disk that wakes up is not heard.
 constexpr guint64 readAheadTime = GST_SECOND;
 constexpr const char* noSuchStream = "the file has no stream of the kind that was to be played";
@@ -92,12 +96,14 @@ bool Pipeline::open(double position, Precision precision) {
     failToPrepare();
     return false;
   }
+  const Round round = round_;
   if (!settle()) return false;
   setup_.branch->expectStill(false);
-  return position <= 0.0 || seek(position, precision);
+  return position <= 0.0 || seek(position, precision, round);
 }
 
 bool Pipeline::build() {
+  startGStreamer();
   pipeline_ = Element(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))));
   const Clock clock(gst_system_clock_obtain());
   gst_pipeline_use_clock(GST_PIPELINE(pipeline_.get()), clock.get());
@@ -166,15 +172,22 @@ void Pipeline::seeElement(GstBin*, GstBin*, GstElement* element, gpointer pipeli
   if (tell && factory) tell(GST_OBJECT_NAME(factory));
 }
 
-bool Pipeline::seek(double position, Precision precision) {
-  if (!moveTo(position, precision)) return false;
-  if (precision == Precision::ExactOrLast && !setup_.branch->hasStill() && !moveToLast(position)) return false;
+bool Pipeline::seek(double position, Precision precision, Round round) {
+  if (!moveTo(position, precision, round)) return false;
+  if (precision == Precision::ExactOrLast && !setup_.branch->hasStill() && !moveToLast(position, round)) return false;
   setup_.branch->expectStill(false);
   return true;
 }
 
-bool Pipeline::moveTo(double position, Precision precision) {
-  setup_.branch->expectStill(true);
+bool Pipeline::moveTo(double position, Precision precision, Round round) {
+  const bool isNear = precision == Precision::KeyFrame;
+  if (!isNear && round != round_) return true;
+  if (isNear) {
+    setup_.branch->expectStillNear(position);
+  } else {
+    setup_.branch->expectStill(true);
+  }
+  shortcut_.endAtKeyFrame(isNear);
   setup_.branch->standStill();
   standsAt_ = position;
   const auto flags = static_cast<GstSeekFlags>(
@@ -184,26 +197,26 @@ bool Pipeline::moveTo(double position, Precision precision) {
     fail(Trouble::Where::Media, "the file cannot be sought in");
     return false;
   }
-  return settle();
+  return isNear ? settle() : settle(round);
 }
 
 /// Where a track ends, only trying tells for all kinds of files.
-bool Pipeline::moveToLast(double position) {
+bool Pipeline::moveToLast(double position, Round round) {
   constexpr double closeEnough = 0.05;
   double after = position, before = position;
-  for (double step = 0.25; before > 0.0 && !setup_.branch->hasStill(); step *= 2.0) {
+  for (double step = 0.25; before > 0.0 && !setup_.branch->hasStill() && round == round_; step *= 2.0) {
     after = before;
     before = std::max(0.0, position - step);
-    if (!moveTo(before, Precision::Exact)) return false;
+    if (!moveTo(before, Precision::Exact, round)) return false;
   }
-  while (setup_.branch->hasStill() && after - before > closeEnough) {
+  while (setup_.branch->hasStill() && after - before > closeEnough && round == round_) {
     const double middle = (before + after) / 2.0;
-    if (!moveTo(middle, Precision::Exact)) return false;
+    if (!moveTo(middle, Precision::Exact, round)) return false;
     if (setup_.branch->hasStill()) {
       before = middle;
     } else {
       after = middle;
-      if (!moveTo(before, Precision::Exact)) return false;
+      if (!moveTo(before, Precision::Exact, round)) return false;
     }
   }
   return true;
@@ -263,11 +276,12 @@ void Pipeline::fail(Trouble::Where where, std::string reason) {
   if (setup_.troubled) setup_.troubled();
 }
 
-bool Pipeline::settle() {
+bool Pipeline::settle(std::optional<Round> round) {
   while (!interrupted_ && !trouble()) {
-    const auto change = gst_element_get_state(pipeline_.get(), nullptr, nullptr, GstClockTime{glance});
+    const auto change = gst_element_get_state(pipeline_.get(), nullptr, nullptr, GstClockTime{briefGlance});
     if (change == GST_STATE_CHANGE_SUCCESS || change == GST_STATE_CHANGE_NO_PREROLL) return !trouble();
     if (change == GST_STATE_CHANGE_FAILURE) failToPrepare();
+    if (round && round != round_) return !trouble();
   }
   return false;
 }
@@ -433,6 +447,7 @@ bool Pipeline::attachThrough(const std::string& name, GstPad& pad, const GstCaps
   if (setup_.branch->kind() == GST_STREAM_TYPE_VIDEO) limitThreads(*decoder, caps);
   gst_bin_add(&bin(), decoder.get());
   const Pad in(gst_element_get_static_pad(decoder.get(), "sink"));
+  if (setup_.branch->kind() == GST_STREAM_TYPE_VIDEO) shortcut_.lead(*decoder);
   const bool fits = in && gst_element_link(decoder.get(), &setup_.branch->entry()) &&
                     gst_pad_link(&pad, in.get()) == GST_PAD_LINK_OK &&
                     gst_element_sync_state_with_parent(decoder.get());

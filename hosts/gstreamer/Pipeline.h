@@ -3,6 +3,7 @@
 #include "hosts/gstreamer/Branch.h"
 #include "hosts/gstreamer/Decoders.h"
 #include "hosts/gstreamer/Instant.h"
+#include "hosts/gstreamer/Shortcut.h"
 
 #include <atomic>
 #include <cstdint>
@@ -37,6 +38,9 @@ struct Trouble {
 /// computes one by itself.
 class Pipeline {
  public:
+  /// Tells seeks to where somebody wants to be from those to where somebody wanted to be.
+  using Round = std::uint64_t;
+
   struct Setup {
     std::string path;
     std::unique_ptr<Branch> branch;
@@ -57,8 +61,9 @@ class Pipeline {
 
   /// Gets everything ready at `position`. False when there is trouble, or after `interrupt`.
   bool open(double position, Precision precision);
-  /// Brings a pipeline that stands still to `position`.
-  bool seek(double position, Precision precision);
+  /// Brings a pipeline that stands still to `position`. Where only a key frame is wanted, the pipeline is ready for
+  /// nothing but another seek afterwards. So it is where another round has begun; this returns early then, with true.
+  bool seek(double position, Precision precision, Round round);
   /// Runs so that `position` is played at `instant`, which may have passed: then what is late is left out.
   void run(double position, Instant instant);
   void pause();
@@ -66,6 +71,11 @@ class Pipeline {
 
   /// Makes operations that wait return at once, from now on. Any thread.
   void interrupt() { interrupted_ = true; }
+  /// The round of seeks that is on. Any thread.
+  Round round() const { return round_; }
+  /// Begins another round: somewhere else is wanted by now, and seeks of the rounds before need not arrive. Any
+  /// thread.
+  void outdateSeeks() { ++round_; }
   /// Any thread.
   std::optional<Trouble> trouble() const;
   /// Seconds, 0 when the file does not tell; once opened.
@@ -81,10 +91,10 @@ class Pipeline {
  private:
   bool build();
   bool addSource();
-  bool moveTo(double position, Precision precision);
-  bool moveToLast(double position);
+  bool moveTo(double position, Precision precision, Round round);
+  bool moveToLast(double position, Round round);
   void fail(Trouble::Where where, std::string reason);
-  bool settle();
+  bool settle(std::optional<Round> round = std::nullopt);
   void failToPrepare();
   void waitUntil(Instant instant) const;
 
@@ -109,10 +119,12 @@ class Pipeline {
   Setup setup_;
   std::uintmax_t sizeWhenMade_ = 0;  ///< bytes
   Element pipeline_;
+  Shortcut shortcut_;
   double standsAt_ = 0.0;
   /// Whether the stream that is wanted was found. Written and read by the threads of the parser.
   std::atomic<bool> attached_ = false;
   std::atomic<bool> interrupted_ = false;
+  std::atomic<Round> round_ = 0;
   std::atomic<bool> hasData_ = false;
   std::atomic<bool> isEmpty_ = false;
   mutable std::mutex mutex_;

@@ -4,11 +4,8 @@
 #include "hosts/medialibrary/PercentEncoding.h"
 #include "hosts/medialibrary/Png.h"
 
-extern "C" {
-#include <libavutil/md5.h>
-}
-
 #include <fcntl.h>
+#include <glib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -18,6 +15,7 @@ extern "C" {
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <string_view>
 
 namespace medialibrary {
@@ -26,7 +24,6 @@ namespace {
 
 constexpr std::array<ThumbnailSize, 4> sizes = {ThumbnailSize::Normal, ThumbnailSize::Large,
                                                 ThumbnailSize::ExtraLarge, ThumbnailSize::ExtraExtraLarge};
-constexpr std::string_view digits = "0123456789abcdef";
 
 const char* folderOf(ThumbnailSize size) {
   switch (size) {
@@ -43,12 +40,9 @@ const char* folderOf(ThumbnailSize size) {
 }
 
 std::string md5(const std::string& text) {
-  std::array<std::uint8_t, 16> sum{};
-  std::string bytes = text;
-  av_md5_sum(sum.data(), reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-  std::string name;
-  for (const std::uint8_t byte : sum) name += {digits[byte >> 4U], digits[byte & 0xFU]};
-  return name;
+  const std::unique_ptr<gchar, decltype(&g_free)> sum(
+      g_compute_checksum_for_string(G_CHECKSUM_MD5, text.data(), static_cast<gssize>(text.size())), g_free);
+  return sum.get();
 }
 
 /// Thumbnails are small: what is longer than this is none.

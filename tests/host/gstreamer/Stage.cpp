@@ -1,5 +1,7 @@
 #include "tests/host/gstreamer/Stage.h"
 
+#include "hosts/probe/MediaProbe.h"
+
 #include <gst/app/gstappsink.h>
 #include <gst/audio/audio.h>
 
@@ -127,6 +129,7 @@ Stage::Stage(Options changes) {
     const std::lock_guard lock(mutex_);
     elements_.insert(factory);
   };
+  changes.look = [](const std::string& path, double deadline) { return probe::look(path, deadline).media; };
   engine_ = makeEngine(loop_, std::move(changes));
 }
 
