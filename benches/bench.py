@@ -21,6 +21,7 @@ sys.path.insert(0, os.path.join(ROOT, "tests", "journey"))
 import answering  # noqa: E402
 import lasting  # noqa: E402
 import playing  # noqa: E402
+import together  # noqa: E402
 from ground import Ground  # noqa: E402
 from results import Result, table  # noqa: E402
 
@@ -33,6 +34,7 @@ MEASURES = {
     "tap": answering.tap,
     "seek": answering.seek,
     "start": answering.start,
+    "sync": together.sync,
     "idle": lasting.idle,
     "leaks": lasting.leaks,
 }
