@@ -23,6 +23,7 @@ import freezing  # noqa: E402
 import lasting  # noqa: E402
 import moving  # noqa: E402
 import playing  # noqa: E402
+import together  # noqa: E402
 from ground import Ground  # noqa: E402
 from results import Result, table  # noqa: E402
 
@@ -37,6 +38,7 @@ MEASURES = {
     "drag": moving.drag,
     "start": answering.start,
     "stalls": freezing.stalls,
+    "sync": together.sync,
     "idle": lasting.idle,
     "leaks": lasting.leaks,
 }

@@ -96,6 +96,9 @@ class Ours:
         self.program.wait_for(film.paused)
         self.program.wait_until_gone(film.closing, 30.0)
 
+    def resume(self, film):
+        self._press(film, film.paused)
+
     def close(self, film):
         self._press(film, film.closing)
         self.program.wait_until_gone(film.closing, 30.0)

@@ -70,6 +70,12 @@ class Display:
         self._sync()
         return window
 
+    def paint_window(self, window, pixel):
+        """Fills a window that was opened here: 0xRRGGBB."""
+        self._x11.XSetWindowBackground(self._display, window, pixel)
+        self._x11.XClearWindow(self._display, window)
+        self._sync()
+
     def close_window(self, window):
         self._x11.XDestroyWindow(self._display, window)
         self._sync()

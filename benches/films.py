@@ -85,8 +85,13 @@ def _encode(path, picture, seconds, video_arguments):
 
 
 def _add_tone(path, pictures, tone, seconds):
-    """The pictures over and over, as they are, and one tone that never breaks off."""
+    """The pictures and one tone that never breaks off."""
     sound = f"sine=frequency={tone}:sample_rate={SAMPLE_RATE}:duration={seconds},volume=4,pan=stereo|c0=c0|c1=c0"
+    _add_sound(path, pictures, sound, seconds)
+
+
+def _add_sound(path, pictures, sound, seconds):
+    """The pictures over and over, as they are, and this sound."""
     _ffmpeg("-stream_loop", "-1", "-i", pictures, "-f", "lavfi", "-i", sound, "-t", str(seconds), "-map", "0:v",
             "-map", "1:a", "-c:v", "copy", "-c:a", "aac", "-b:a", "192k", "-movflags", "+faststart", path)
 
@@ -128,6 +133,44 @@ def ultra_hd(seconds, numbers_seconds):
     """More than two processor cores decode twice."""
     hevc = ["-c:v", "libx265", "-preset", "ultrafast", "-b:v", "24M", "-x265-params", "log-level=error:keyint=60"]
     return Film("4k30-hevc", (3840, 2160), 30, seconds, hevc, numbers_seconds)
+
+
+FLASH_PERIOD = 1  # seconds
+FLASHES_AT = (0.3, 0.7)  # seconds after each full one, in the first and in the second film
+FLASH_SECONDS, CLICK_SECONDS = 0.1, 0.05
+FLASHING_RATE, FLASHING_SIZE = 30, (1280, 720)
+
+
+def flashing_pair(folder, seconds):
+    """The paths of two films whose row flashes white once a second while a click begins, each at other instants. Flash
+    and click have the same time in the file."""
+    os.makedirs(folder, exist_ok=True)
+    films = []
+    for number, moment in enumerate(FLASHES_AT, 1):
+        pictures = os.path.join(folder, f"flashing-pictures-{number}.mp4")
+        _once(pictures, lambda path, moment=moment: _encode(path, _flashes(moment), 8, _camera(3, FLASHING_RATE)))
+        films.append(os.path.join(folder, f"flashing-{seconds}s-{number}.mp4"))
+        _once(films[-1], lambda path, pictures=pictures, moment=moment: _add_sound(path, pictures, _clicks(moment), seconds))
+    return films
+
+
+def _recurring(counter, per_second, moment, lasting):
+    """An expression of ffmpeg that is true for `lasting` seconds from `moment` on, and so in each period."""
+    shifted = f"{counter}+{round((FLASH_PERIOD - moment) * per_second)}"
+    return f"lt(mod({shifted},{FLASH_PERIOD * per_second}),{round(lasting * per_second)})"
+
+
+def _flashes(moment):
+    width, height = FLASHING_SIZE
+    row = f"drawbox=x=0:y={round(height * ROW_TOP)}:w={width}:h={round(height * ROW_HEIGHT)}:t=fill"
+    flash = _recurring("n", FLASHING_RATE, moment, FLASH_SECONDS)
+    return f"testsrc2=size={width}x{height}:rate={FLASHING_RATE},{row}:color=black,{row}:color=white:enable='{flash}'"
+
+
+def _clicks(moment):
+    # A tone that begins at its crest: the first of it that is heard is as loud as all of it.
+    click = f"if({_recurring('n', SAMPLE_RATE, moment, CLICK_SECONDS)},0.8*cos(2*PI*1000*n/{SAMPLE_RATE}),0)"
+    return f"aevalsrc=exprs='{click}|{click}':sample_rate={SAMPLE_RATE}"
 
 
 def one_of_many(folder):

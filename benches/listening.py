@@ -11,6 +11,9 @@ from processes import end, start, until
 from sound import RATE, Sound
 
 AUDIBLE = 1e-3  # of full scale
+LOUD = 0.25  # of the loudest
+NEAR = 5.0  # seconds around a sample whose arrivals tell its instant
+PROMPT = 5  # in a hundred of them arrive at once
 
 
 class Listener:
@@ -66,6 +69,26 @@ class Listener:
             if len(heard):
                 return arrived - (len(part) - heard[0]) / RATE
         return None
+
+    def sounds(self, channel, silence):
+        """The instants (of the monotonic clock) at which something loud was heard after at least `silence` seconds without.
+
+        The null sink hands on samples when the first of them is due, together with those of the next moment. So pieces arrive
+        at the instant of their first sample or later; hardly any come early, which is when the sink begins anew."""
+        samples = numpy.abs(self._samples()[:, channel])
+        loud = numpy.flatnonzero(samples > LOUD * max(samples.max(initial=0.0), AUDIBLE))
+        begins = loud[numpy.diff(loud, prepend=-int(silence * RATE) - 1) > silence * RATE]
+        arrivals = numpy.array([arrived for arrived, _ in self._chunks])
+        lengths = [len(piece) / self.BYTES_PER_FRAME / RATE for _, piece in self._chunks]
+        origins = arrivals - numpy.cumsum([0.0] + lengths[:-1])
+        return [self._origin_near(index / RATE, arrivals, origins) + index / RATE for index in begins]
+
+    @staticmethod
+    def _origin_near(seconds, arrivals, origins):
+        """When the first sample of all was due, as those say that arrived around this one."""
+        about = numpy.median(origins) + seconds
+        near = origins[numpy.abs(arrivals - about) < NEAR]
+        return float(numpy.percentile(near if len(near) else origins, PROMPT))
 
     def longest_silence(self, channel):
         """The longest time for which nothing was heard in the channel, in seconds."""

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <cstdio>
 #include <utility>
 
@@ -25,23 +24,6 @@ constexpr double headStart = 0.25;
 constexpr int mostSkips = 3;
 /// A pipeline that is further ahead than this is not started yet: one that waits cannot be told anything.
 constexpr double mostAhead = 0.5;
-/// How often the sound device is compared with the clock.
-constexpr Instant lagInterval = nanoseconds(0.2);
-/// A device that is later than this did not drift but stall, and the sound skips what it missed.
-constexpr double stall = 0.15;
-/// So many comparisons in a row tell a stall from a guess of the server.
-constexpr int certainStall = 3;
-/// A skip that brings less than this was no use.
-constexpr double leastGain = 0.05;
-/// Nothing is heard before it was handed over; a server that says so is still guessing.
-constexpr double mostLead = -0.05;
-/// No device is this far from the clock for long. After it stood still, a server may tell for tens of seconds that it
-/// is seconds ahead or behind while it is not: the time that it tells never goes back, even where it was a wrong
-/// guess.
-constexpr double absurdLag = 3.0;
-/// How far the picture is moved at a time: at this interval a change of speed by a twentieth, which nobody sees.
-constexpr double leastDelayStep = 0.001;
-constexpr double mostDelayStep = 0.01;
 /// A file states its duration less precisely than this.
 constexpr double statedRoughly = 0.5;
 /// How often a file that grows is opened again where it had come to its end.
@@ -437,9 +419,6 @@ double Deck::position() const {
 
 void Deck::start(Instant instant) {
   running_ = true;
-  usualLag_ = 0.0;
-  lagBeforeSkip_.reset();
-  stalls_ = 0;
   runningFrom_ = heldAt_;
   runningSince_ = instant;
   catchingUp_ = 0;
@@ -471,73 +450,76 @@ void Deck::runPipeline() {
     if (pipeline->branch()) pipeline->branch()->setDelay(delay);
     pipeline->run(from, since);
   });
-  if (setup_.kind == Kind::Sound) watchLag(++watch_);
+  if (setup_.kind == Kind::Sound) followDevice();
+}
+
+void Deck::followDevice() {
+  pace_.begin(surroundings_->startLag);
+  surroundings_->deckLags(*this, pace_.delay());
+  watchLag(++watch_);
 }
 
 void Deck::watchLag(std::uint64_t watch) {
   if (!pipelineRuns_ || watch != watch_) return;
-  worker_.queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_] {
+  worker_.queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_, watch] {
     const auto lag = pipeline->branch() ? pipeline->branch()->lag() : std::nullopt;
     if (!lag) return;
-    engine->post([weak, pipeline, lag] {
+    engine->post([weak, watch, lag] {
       const auto deck = weak.lock();
-      if (deck && deck->pipeline_ == pipeline && deck->pipelineRuns_) deck->lags(*lag);
+      if (deck && deck->pipelineRuns_ && deck->watch_ == watch) deck->lags(*lag);
     });
   });
-  surroundings_->engine->postAt(now() + lagInterval, [weak = weak_from_this(), watch] {
+  surroundings_->engine->postAt(now() + nanoseconds(pace_.pause()), [weak = weak_from_this(), watch] {
     if (const auto deck = weak.lock()) deck->watchLag(watch);
   });
 }
 
-/// The device's own pace is followed by the picture; the sound is never cut for it. Only where the device stood still
-/// for a while, and so was heard to stop anyway, it goes on from where the film is.
 void Deck::lags(double lag) {
-  absurdLags_ = std::abs(lag) > absurdLag ? absurdLags_ + 1 : 0;
-  // Only another stream has another time. Where that one is no better, a third would not be either.
-  if (absurdLags_ == certainStall) return reopen();
-  usualLag_ = std::min(usualLag_, std::max(0.0, lag));
-  if (lag <= usualLag_ + stall) {
-    stalls_ = std::min(stalls_, 0) - 1;
-    if (stalls_ <= -certainStall) lagBeforeSkip_.reset();
-  } else {
-    stalls_ = std::max(stalls_, 0) + 1;
-  }
-  if (stalls_ >= certainStall) {
-    skipStall(lag);
-  } else if (lag > mostLead) {
-    surroundings_->deckLags(*this, lag);
+  switch (pace_.take(lag)) {
+    case SoundPace::Advice::Follow:
+      surroundings_->startLag = pace_.startLag().value_or(surroundings_->startLag);
+      surroundings_->deckLags(*this, pace_.delay());
+      break;
+    case SoundPace::Advice::Skip:
+      skipStall();
+      break;
+    case SoundPace::Advice::Renew:
+      reopen();
+      break;
   }
 }
 
-/// A skip that changed nothing was not about a stall: such a lag is the way of the device.
-void Deck::skipStall(double lag) {
-  stalls_ = 0;
-  if (lagBeforeSkip_ && lag > *lagBeforeSkip_ - leastGain) {
-    usualLag_ = lag;
-    return;
-  }
-  lagBeforeSkip_ = lag;
+void Deck::skipStall() {
   pausePipeline();
   aim_ = position() + headStart;
   advance();
 }
 
 void Deck::followSound(double lag) {
-  const double step = std::clamp(lag - delay_, -mostDelayStep, mostDelayStep);
-  if (std::abs(step) < leastDelayStep || !pipelineRuns_) return;
-  delay_ += step;
+  if (lag == delay_) return;
+  delay_ = lag;
+  if (!hasPipeline()) return;
   worker_.queue()->post([pipeline = pipeline_, delay = delay_] {
     if (pipeline->branch()) pipeline->branch()->setDelay(delay);
   });
 }
 
+/// What comes late ends late.
+Instant Deck::endsAt() const {
+  const double late = setup_.kind == Kind::Sound ? pace_.delay() : delay_;
+  return runningSince_ + nanoseconds(std::max(0.0, setup_.timeline->length() - runningFrom_) + std::max(0.0, late));
+}
+
 void Deck::expectEnd() {
-  const double length = setup_.timeline->length();
-  if (length <= 0.0) return;
-  const Instant end = runningSince_ + nanoseconds(std::max(0.0, length - runningFrom_));
-  surroundings_->engine->postAt(end, [weak = weak_from_this(), run = ++run_] {
+  if (setup_.timeline->length() <= 0.0) return;
+  surroundings_->engine->postAt(endsAt(), [weak = weak_from_this(), run = ++run_] {
     const auto deck = weak.lock();
-    if (deck && deck->running_ && deck->run_ == run) deck->reachEnd();
+    if (!deck || !deck->running_ || deck->run_ != run) return;
+    if (deck->endsAt() > now()) {
+      deck->expectEnd();
+    } else {
+      deck->reachEnd();
+    }
   });
 }
 

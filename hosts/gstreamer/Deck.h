@@ -5,6 +5,7 @@
 #include "hosts/gstreamer/PictureBoard.h"
 #include "hosts/gstreamer/PictureMaker.h"
 #include "hosts/gstreamer/Pipeline.h"
+#include "hosts/gstreamer/SoundPace.h"
 #include "hosts/gstreamer/TaskThread.h"
 #include "hosts/gstreamer/Timeline.h"
 #include "platform/host/MainLoop.h"
@@ -47,6 +48,8 @@ struct Surroundings {
   std::function<void(const Deck&)> deckRanDry;
   /// What a deck was to play cannot be played at all. Engine's thread.
   std::function<void(const Deck&)> deckIsRefused;
+  /// Seconds by which the sound device was late when it was started last. Engine's thread.
+  double startLag = 0.0;
 };
 
 /// One player behind its main-thread face: keeps the timeline, and makes its pipeline follow it. Everything runs on
@@ -77,7 +80,7 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   bool waitsForStart() const { return shallRun_ && !running_ && !closing_; }
   /// Where sound and picture of one film find each other.
   const std::string& url() const { return setup_.url; }
-  /// A picture: the sound that belongs to it is heard `lag` seconds late.
+  /// A picture: the sound that belongs to it is heard `lag` seconds late, and the picture comes as late.
   void followSound(double lag);
   /// Where the tracks of `kind` end, in seconds, as far as this deck can tell: 0 where the file has none, none where
   /// it cannot tell (yet).
@@ -135,9 +138,11 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   void fail();
   void join();
   void runPipeline();
+  void followDevice();
   void watchLag(std::uint64_t watch);
   void lags(double lag);
-  void skipStall(double lag);
+  void skipStall();
+  Instant endsAt() const;
   void expectEnd();
   void reachEnd();
   void post(std::function<void()> host::PlayerEvents::*event);
@@ -196,12 +201,7 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   Instant settlesAt_ = 0;
   int catchingUp_ = 0;
   std::uint64_t watch_ = 0;  ///< counts the starts of the pipeline
-  int stalls_ = 0;
-  int absurdLags_ = 0;  ///< in a row
-  /// What the device always lags by, as far as a skip did not change it.
-  double usualLag_ = 0.0;
-  /// What it lagged by before the newest skip, until that has been seen to help.
-  std::optional<double> lagBeforeSkip_;
+  SoundPace pace_;
   double delay_ = 0.0;
   bool closing_ = false;
 

@@ -8,6 +8,8 @@ namespace gstreamer {
 namespace {
 
 constexpr guint64 noSample = ~guint64{0};
+/// An answer that took longer says little about this moment.
+constexpr Instant longestAnswer = 5 * GST_MSECOND;
 
 }  // namespace
 
@@ -49,8 +51,11 @@ std::optional<double> DeviceWatch::lag() const {
   }
   if (!difference) return std::nullopt;
   auto* clock = GST_AUDIO_CLOCK(GST_AUDIO_BASE_SINK(sink_)->provided_clock);
+  const Instant before = now();
   const GstClockTime heard = gst_audio_clock_adjust(clock, gst_audio_clock_get_time(clock));
-  const GstClockTimeDiff due = now() - static_cast<GstClockTimeDiff>(gst_element_get_base_time(sink_));
+  const Instant after = now();
+  if (after - before > longestAnswer) return std::nullopt;
+  const GstClockTimeDiff due = (before + after) / 2 - static_cast<GstClockTimeDiff>(gst_element_get_base_time(sink_));
   return seconds(due - (static_cast<GstClockTimeDiff>(heard) + *difference));
 }
 

@@ -15,7 +15,8 @@ class DeviceWatch {
   /// Watches what goes into `sink`, for as long as the pipeline that it is part of can run.
   void attach(GstElement& sink);
   /// Seconds by which what is heard at this moment is behind the pipeline's running time; negative when it is ahead.
-  /// None while the device does not play yet. May wait for the sound server.
+  /// None while the device does not play yet, or where the machine took too long to tell. May wait for the sound
+  /// server.
   std::optional<double> lag() const;
   /// Sound from before does not count any more: the pipeline is about to be sought, or to stand still.
   void forget();
