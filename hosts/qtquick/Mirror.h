@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hosts/qtquick/ScreenHost.h"
 #include "platform/uikit/FilmControls.h"
 #include "platform/uikit/UIWindow.h"
 
@@ -21,14 +22,17 @@ class Screen;
 
 namespace qtquick {
 
+class Contrast;
 class ScreenNode;
 class ViewNode;
 
 /// The items standing for the views of one window. Main thread.
 class Mirror final {
  public:
-  /// Items are made by `engine`, into `stage`.
-  Mirror(QQmlEngine& engine, QQuickItem& stage, const host::Screen& screen);
+  /// Items are made by `engine`, into `stage`. `focusReason` is asked where the focus itself does not tell how it
+  /// came there.
+  Mirror(QQmlEngine& engine, QQuickItem& stage, const host::Screen& screen, const Contrast& contrast,
+         std::function<Qt::FocusReason()> focusReason);
   ~Mirror();
   Mirror(const Mirror&) = delete;
   Mirror& operator=(const Mirror&) = delete;
@@ -36,6 +40,9 @@ class Mirror final {
   /// Shows `window` from the next pass on; nothing when there is none.
   void setWindow(const Strong<UIWindow>& window);
   Strong<UIWindow> window() const { return window_.lock(); }
+  /// As `ScreenHost` has them.
+  void setListedItems(ListedItems items) { listedItems_ = std::move(items); }
+  std::shared_ptr<const host::LibraryItems> listedItems() const { return listedItems_ ? listedItems_() : nullptr; }
   /// Takes the window's changes and brings the items up to date.
   void pass();
   /// Escape or Back: what closes the topmost screen is pressed. False where there is nothing to close.
@@ -58,6 +65,10 @@ class Mirror final {
   /// The reason to give for moving the focus on from where it is: the keyboard's where the keyboard led there, so
   /// that the focus goes on being shown.
   Qt::FocusReason focusReason() const;
+  /// Which colours the desktop asks for.
+  const Contrast& contrast() const { return contrast_; }
+  /// Has all items read everything again.
+  void readAgain();
   /// Whether the desktop lets things move.
   bool movesThings() const;
 
@@ -77,6 +88,9 @@ class Mirror final {
   QQmlEngine& engine_;
   QQuickItem& stage_;
   const host::Screen& screen_;
+  const Contrast& contrast_;
+  std::function<Qt::FocusReason()> usualFocusReason_;
+  ListedItems listedItems_;
   Weak<UIWindow> window_;
   Weak<UIViewController> topmost_;
   bool inReach_ = true;

@@ -1,6 +1,8 @@
 #include "hosts/qtquick/ScreenHost.h"
 
+#include "hosts/qtquick/AccessibleTree.h"
 #include "hosts/qtquick/ArtworkProvider.h"
+#include "hosts/qtquick/Contrast.h"
 #include "hosts/qtquick/Covers.h"
 #include "hosts/qtquick/Decorations.h"
 #include "hosts/qtquick/Mirror.h"
@@ -10,6 +12,7 @@
 #include "platform/foundation/RunLoop.h"
 
 #include <QGuiApplication>
+#include <QQmlContext>
 #include <QQmlEngine>
 #include <QQuickItem>
 
@@ -40,19 +43,30 @@ bool hasWindowManager() {
 class ScreenHost::Implementation {
  public:
   Implementation(ArtworkLoader artwork, WindowEvents events, const host::Screen& screen)
-      : window_(std::move(events)),
-        mirror_(engine_, *window_.contentItem(), screen),
+      : menuRequested_(events.menuRequested),
+        window_(std::move(events)),
+        mirror_(engine_, *window_.contentItem(), screen, contrast_, [this] { return window_.focusReason(); }),
         frame_(window_.contentItem(), [this] { prepareFrame(); }),
         decorations_(*window_.contentItem()),
-        covers_(*window_.contentItem(), [this] { noteCovers(); }) {
+        covers_(
+            *window_.contentItem(), [this] { return window_.focusReason(); }, [this] { noteCovers(); }) {
+    share(*engine_.rootContext());
     // The engine owns its image providers.
     engine_.addImageProvider(QLatin1String(artworkProviderName), new ArtworkProvider(std::move(artwork)));
     const auto resized = [this] { frame_.polish(); };
     QObject::connect(&window_, &QWindow::widthChanged, &frame_, resized);
     QObject::connect(&window_, &QWindow::heightChanged, &frame_, resized);
+    QObject::connect(&contrast_, &Contrast::changed, &frame_, [this] { mirror_.readAgain(); });
     QObject::connect(&window_, &StageWindow::escapePressed, &frame_, [this](bool& handled) { handled = escape(); });
     QObject::connect(&window_, &StageWindow::pressedTwice, &frame_, [this](QPointF point) {
       if (mirror_.isInBar(point) && hasWindowManager()) window_.toggleFullScreen();
+    });
+    QObject::connect(&window_, &StageWindow::pressedLong, &frame_, [this](QPointF point) {
+      if (mirror_.isInBar(point) && menuRequested_) menuRequested_();
+    });
+    QObject::connect(&window_, &StageWindow::menuKeyPressed, &frame_, [this](bool& handled) {
+      handled = mirror_.isMainScreenInReach() && menuRequested_;
+      if (handled) menuRequested_();
     });
   }
 
@@ -62,6 +76,9 @@ class ScreenHost::Implementation {
   void cover(QQuickItem& item, std::function<void()> escape) { covers_.add(item, std::move(escape)); }
 
   void decorate(QQuickItem& item) { decorations_.add(item); }
+
+  void share(QQmlContext& context) { context.setContextProperty(QStringLiteral("contrast"), &contrast_); }
+  void setListedItems(ListedItems items) { mirror_.setListedItems(std::move(items)); }
 
   void attach(const Strong<UIWindow>& window) {
     mirror_.setWindow(window);
@@ -95,9 +112,12 @@ class ScreenHost::Implementation {
     return leavesFullScreen;
   }
 
+  std::function<void()> menuRequested_;
   MotionSetting motion_;
+  Contrast contrast_{PortalSetting::sessionBus()};
   QQmlEngine engine_;
   StageWindow window_;
+  AccessibleTree accessibleTree_{window_};
   Mirror mirror_;
   FrameWork frame_;
   Decorations decorations_;
@@ -131,6 +151,14 @@ void ScreenHost::cover(QQuickItem& item, std::function<void()> escape) {
 
 void ScreenHost::decorate(QQuickItem& item) {
   implementation_->decorate(item);
+}
+
+void ScreenHost::share(QQmlContext& context) {
+  implementation_->share(context);
+}
+
+void ScreenHost::setListedItems(ListedItems items) {
+  implementation_->setListedItems(std::move(items));
 }
 
 void ScreenHost::needsFrame() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/foundation/NSObject.h"
+#include "platform/host/MediaLibrary.h"
 #include "platform/host/Screen.h"
 
 #include <functional>
@@ -8,6 +9,7 @@
 #include <string>
 
 class QImage;
+class QQmlContext;
 class QQuickItem;
 class QQuickWindow;
 class UIWindow;
@@ -26,11 +28,18 @@ void chooseGraphics();
 /// on threads of the screen host, several at a time.
 using ArtworkLoader = std::function<QImage(const std::string& path, int largestSidePixels)>;
 
+/// The items of the library that the app has in its lists, in the order of the rows; none where nobody knows. Tables
+/// only ask the app for rows in sight; this is how a title out of sight is found. Main thread.
+using ListedItems = std::function<std::shared_ptr<const host::LibraryItems>()>;
+
 /// What the person in front of the window did to it as a whole. Main thread, outside any turn.
 struct WindowEvents {
   std::function<void()> closed;  ///< asked for the window to be closed; it stays open until somebody hides it
   std::function<void()> hidden;  ///< the window is no longer in sight (minimised)
   std::function<void()> shown;   ///< it is again
+  /// Asked for the window's menu: with the Menu key or Shift and F10, or by resting a finger or pressing the right
+  /// button on a free place of the bar above the films. Not while anything lies over the main screen.
+  std::function<void()> menuRequested = nullptr;
 };
 
 /// Draws the view tree of one `UIWindow` in a window of its own and delivers touches, pointer, keys and the
@@ -50,6 +59,8 @@ class ScreenHost final : public host::Screen {
   QQuickWindow& window();
   /// Shows the window as this device does: over the whole screen where there is no window manager.
   void show();
+  /// Lets people find titles in lists by typing.
+  void setListedItems(ListedItems items);
   /// Draws `window` from now on, or nothing when there is none. The window is not kept alive.
   void attach(const Strong<UIWindow>& window);
   /// Lays `item`, which is not the app's, over everything in the window until it is destroyed, and gives it the
@@ -62,6 +73,10 @@ class ScreenHost final : public host::Screen {
   /// over both. Only while none does, and nothing covers the app, `item` is enabled. It does not get the focus, and
   /// does not hear of Escape and Back. The item stays the caller's.
   void decorate(QQuickItem& item);
+
+  /// Tells `context` what the screens' own components know of the desktop, such as the contrast it wants. To be
+  /// called before components that lie over the app are made in it; the screen outlives it.
+  void share(QQmlContext& context);
 
   void needsFrame() override;
   double width() const override;

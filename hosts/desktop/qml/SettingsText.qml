@@ -11,5 +11,6 @@ Text {
 
     Accessible.role: Accessible.StaticText
     Accessible.name: text
+    Accessible.focusable: false
     Accessible.ignored: !enabled
 }

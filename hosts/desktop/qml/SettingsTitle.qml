@@ -11,5 +11,6 @@ Text {
 
     Accessible.role: Accessible.Heading
     Accessible.name: text
+    Accessible.focusable: false
     Accessible.ignored: !enabled
 }

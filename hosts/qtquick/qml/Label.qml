@@ -6,6 +6,7 @@ View {
 
     Accessible.role: Accessible.StaticText
     Accessible.name: node.text
+    Accessible.focusable: false
     Accessible.ignored: !enabled || node.text === ""
 
     Text {

@@ -20,6 +20,9 @@ T.ItemDelegate {
 
     Accessible.role: Accessible.ListItem
     Accessible.name: content.title + ", " + content.detail
+    Accessible.description: (index + 1) + " of " + table.count
+    Accessible.selectable: true
+    Accessible.selected: ListView.isCurrentItem && table.activeFocus
     Accessible.ignored: !enabled || content.title === ""
     Accessible.onPressAction: row.clicked()
 
@@ -53,6 +56,13 @@ T.ItemDelegate {
                 opacity: row.down ? 0.16 : 0.07
                 visible: row.down || row.hovered
             }
+        }
+        Rectangle {
+            anchors.fill: card
+            visible: contrast.high
+            color: "transparent"
+            radius: card.radius
+            border { width: 1; color: "#FFFFFF" }
         }
         FocusRing {
             anchors.fill: card

@@ -35,11 +35,14 @@ std::vector<host::LibraryItem> videos(std::size_t count) {
 
 }  // namespace
 
-ScreenStage::ScreenStage(Options options) : screen_(paintedArtwork, {}) {
+ScreenStage::ScreenStage(Options options)
+    : screen_(paintedArtwork,
+              {.closed = {}, .hidden = {}, .shown = {}, .menuRequested = [this] { ++menusRequested_; }}) {
   host_.mediaLibrary.itemsByType[homeVideo] = videos(options.videos);
   if (!options.isFirstRun) {
     host_.defaults.values = {{"primoAvvio", std::string("2")}, {"primoAvvio2", std::string("2")}};
   }
+  screen_.setListedItems([this] { return host_.mediaLibrary.items(homeVideo); });
   window().resize(options.size);
   window().show();
   const bool isExposed = QTest::qWaitForWindowExposed(&window());
@@ -127,7 +130,8 @@ namespace {
 
 QQuickItem* findNamed(QAccessibleInterface* from, const QString& name) {
   if (from == nullptr) return nullptr;
-  if (from->text(QAccessible::Name) == name) return qobject_cast<QQuickItem*>(from->object());
+  auto* const item = qobject_cast<QQuickItem*>(from->object());
+  if (item != nullptr && from->text(QAccessible::Name) == name) return item;
   for (int child = 0; child < from->childCount(); ++child) {
     if (auto* const found = findNamed(from->child(child), name)) return found;
   }
