@@ -7,9 +7,11 @@
 #include "hosts/qtquick/MotionSetting.h"
 #include "hosts/qtquick/Pictures.h"
 #include "hosts/qtquick/StageWindow.h"
+#include "hosts/qtquick/TextSize.h"
 #include "platform/foundation/RunLoop.h"
 
 #include <QGuiApplication>
+#include <QQmlContext>
 #include <QQmlEngine>
 #include <QQuickItem>
 
@@ -45,6 +47,7 @@ class ScreenHost::Implementation {
         frame_(window_.contentItem(), [this] { prepareFrame(); }),
         decorations_(*window_.contentItem()),
         covers_(*window_.contentItem(), [this] { noteCovers(); }) {
+    share(*engine_.rootContext());
     // The engine owns its image providers.
     engine_.addImageProvider(QLatin1String(artworkProviderName), new ArtworkProvider(std::move(artwork)));
     const auto resized = [this] { frame_.polish(); };
@@ -62,6 +65,7 @@ class ScreenHost::Implementation {
   void cover(QQuickItem& item, std::function<void()> escape) { covers_.add(item, std::move(escape)); }
 
   void decorate(QQuickItem& item) { decorations_.add(item); }
+  void share(QQmlContext& context) { context.setContextProperty(QStringLiteral("textSize"), &textSize_); }
 
   void attach(const Strong<UIWindow>& window) {
     mirror_.setWindow(window);
@@ -96,6 +100,7 @@ class ScreenHost::Implementation {
   }
 
   MotionSetting motion_;
+  TextSize textSize_;
   QQmlEngine engine_;
   StageWindow window_;
   Mirror mirror_;
@@ -131,6 +136,10 @@ void ScreenHost::cover(QQuickItem& item, std::function<void()> escape) {
 
 void ScreenHost::decorate(QQuickItem& item) {
   implementation_->decorate(item);
+}
+
+void ScreenHost::share(QQmlContext& context) {
+  implementation_->share(context);
 }
 
 void ScreenHost::needsFrame() {

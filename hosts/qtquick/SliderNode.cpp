@@ -52,6 +52,10 @@ QString SliderNode::elapsed() const {
   return clockText(std::min(std::round(value()), maximum()));
 }
 
+QString SliderNode::clockAt(double value) const {
+  return clockText(std::round(value));
+}
+
 QString SliderNode::length() const {
   return clockText(maximum());
 }
