@@ -9,6 +9,7 @@
 #include "hosts/qtquick/MotionSetting.h"
 #include "hosts/qtquick/Pictures.h"
 #include "hosts/qtquick/StageWindow.h"
+#include "hosts/qtquick/TextSize.h"
 #include "platform/foundation/RunLoop.h"
 
 #include <QGuiApplication>
@@ -74,10 +75,12 @@ class ScreenHost::Implementation {
   const MotionSetting& motion() const { return motion_; }
   void needsFrame() { frame_.polish(); }
   void cover(QQuickItem& item, std::function<void()> escape) { covers_.add(item, std::move(escape)); }
-
   void decorate(QQuickItem& item) { decorations_.add(item); }
 
-  void share(QQmlContext& context) { context.setContextProperty(QStringLiteral("contrast"), &contrast_); }
+  void share(QQmlContext& context) {
+    context.setContextProperty(QStringLiteral("contrast"), &contrast_);
+    context.setContextProperty(QStringLiteral("textSize"), &textSize_);
+  }
   void setListedItems(ListedItems items) { mirror_.setListedItems(std::move(items)); }
 
   void attach(const Strong<UIWindow>& window) {
@@ -115,6 +118,7 @@ class ScreenHost::Implementation {
   std::function<void()> menuRequested_;
   MotionSetting motion_;
   Contrast contrast_{PortalSetting::sessionBus()};
+  TextSize textSize_;
   QQmlEngine engine_;
   StageWindow window_;
   AccessibleTree accessibleTree_{window_};

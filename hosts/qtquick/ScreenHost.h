@@ -74,8 +74,8 @@ class ScreenHost final : public host::Screen {
   /// does not hear of Escape and Back. The item stays the caller's.
   void decorate(QQuickItem& item);
 
-  /// Tells `context` what the screens' own components know of the desktop, such as the contrast it wants. To be
-  /// called before components that lie over the app are made in it; the screen outlives it.
+  /// Tells `context` what the screens' own components know of the desktop: the contrast and the size of text that it
+  /// wants. To be called before components that lie over the app are made in it; the screen outlives it.
   void share(QQmlContext& context);
 
   void needsFrame() override;

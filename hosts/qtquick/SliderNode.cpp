@@ -56,6 +56,10 @@ QString SliderNode::elapsed() const {
   return clockText(second());
 }
 
+QString SliderNode::clockAt(double value) const {
+  return clockText(std::round(value));
+}
+
 QString SliderNode::length() const {
   return clockText(maximum());
 }

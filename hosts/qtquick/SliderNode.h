@@ -40,6 +40,8 @@ class SliderNode final : public ViewNode {
   /// How far Page Up and Page Down and a notch of the wheel move it.
   double pageStep() const;
 
+  /// The time of that value, as `elapsed` would have it.
+  Q_INVOKABLE QString clockAt(double value) const;
   Q_INVOKABLE void beginTracking() const;
   Q_INVOKABLE void track(double value) const;
   Q_INVOKABLE void endTracking() const;

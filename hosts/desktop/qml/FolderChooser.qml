@@ -22,7 +22,7 @@ FocusScope {
         id: place
 
         anchors { left: parent.left; right: parent.right; top: head.bottom }
-        height: Math.max(60, path.implicitHeight + 16)
+        height: Math.max(64, up.height + 2 * Style.space, path.implicitHeight + 2 * Style.space)
 
         PageButton {
             id: up
@@ -41,8 +41,8 @@ FocusScope {
             text: page.chooser.shownPath
             textFormat: Text.PlainText
             wrapMode: Text.Wrap
-            color: "#FFFFFF"
-            font { pixelSize: 17; weight: Font.DemiBold }
+            color: Style.text
+            font { pixelSize: Style.bodySize; weight: Font.DemiBold }
 
             Accessible.role: Accessible.StaticText
             Accessible.name: text
@@ -85,7 +85,7 @@ FocusScope {
             required property string modelData
 
             width: ListView.view.width
-            height: Math.max(52, label.implicitHeight + 20)
+            height: Math.max(56, label.implicitHeight + 3 * Style.space)
             focusPolicy: Qt.NoFocus
             hoverEnabled: true
 
@@ -96,9 +96,8 @@ FocusScope {
 
             onClicked: page.chooser.enter(modelData)
 
-            background: Rectangle {
-                color: "#FFFFFF"
-                opacity: row.down ? 0.12 : row.hovered ? 0.06 : 0
+            background: Item {
+                Glow { button: row }
             }
             contentItem: Item {
                 Text {
@@ -109,15 +108,16 @@ FocusScope {
                     text: row.modelData
                     textFormat: Text.PlainText
                     wrapMode: Text.Wrap
-                    color: "#FFFFFF"
-                    font.pixelSize: 17
+                    horizontalAlignment: Text.AlignLeft
+                    color: Style.text
+                    font.pixelSize: Style.bodySize
                 }
             }
 
             FocusRing {
                 visible: list.activeFocus && row.ListView.isCurrentItem
                 inset: 4
-                radius: 8
+                radius: Style.smallCorner
             }
         }
 
@@ -127,25 +127,26 @@ FocusScope {
             text: "There are no folders in here."
             textFormat: Text.PlainText
             wrapMode: Text.Wrap
-            color: "#C6CED3"
-            font.pixelSize: 16
+            color: Style.secondaryText
+            font.pixelSize: Style.captionSize
         }
     }
     Item {
         id: bar
 
         anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
-        height: 72
+        height: add.height + 3 * Style.space
 
         Rectangle {
             width: parent.width
             height: 1
-            color: "#3A454C"
+            color: Style.outline
         }
         PageButton {
+            id: add
+
             anchors.centerIn: parent
-            width: parent.width - 48
-            height: 48
+            width: parent.width - 2 * Style.margin
             title: "Add this folder"
             isPreferred: true
             enabled: page.chooser.canBeChosen

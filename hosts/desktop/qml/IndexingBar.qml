@@ -1,4 +1,5 @@
 import QtQuick
+import "qrc:/quillop/screen"
 
 // Tells over the main screen how far the media library is.
 Strip {
@@ -9,6 +10,7 @@ Strip {
 
     // By the longest text there usually is, so that it does not change from one number to the next.
     isOneLine: longest.width <= roomForText
+    contentHeight: title.implicitHeight + details.implicitHeight + Style.space
     closeTitle: "Hide progress"
     onClosed: node.hide()
 
@@ -20,7 +22,7 @@ Strip {
     }
 
     Item {
-        anchors.fill: parent
+        anchors { fill: parent; topMargin: Style.space / 2; bottomMargin: Style.space / 2 }
 
         Accessible.role: Accessible.ProgressBar
         Accessible.name: bar.title
@@ -36,31 +38,31 @@ Strip {
         Text {
             id: title
 
-            y: bar.isOneLine ? Math.round((progress.y - height) / 2) : 4
+            y: bar.isOneLine ? Math.round((progress.y - height) / 2) : Style.space / 2
             width: parent.width
             text: bar.isOneLine ? bar.title + ":" : bar.title
             textFormat: Text.PlainText
             elide: Text.ElideRight
-            color: "#FFFFFF"
-            font { pixelSize: 15; weight: Font.Medium }
+            color: Style.text
+            font { pixelSize: Style.captionSize; weight: Font.Medium }
         }
         Text {
             id: details
 
             x: bar.isOneLine ? Math.ceil(title.implicitWidth) + 5 : 0
-            y: bar.isOneLine ? title.y : title.y + title.height + 1
+            y: bar.isOneLine ? title.y : title.y + title.height
             width: parent.width - x
             text: bar.node.text
             textFormat: Text.PlainText
             elide: Text.ElideRight
-            color: "#C6CED3"
-            font.pixelSize: 15
+            color: Style.secondaryText
+            font.pixelSize: Style.captionSize
         }
         ProgressBar {
             id: progress
 
-            anchors { left: parent.left; right: parent.right; bottom: parent.bottom; bottomMargin: 4 }
-            height: 3
+            anchors { left: parent.left; right: parent.right; bottom: parent.bottom; bottomMargin: Style.space / 2 }
+            height: 4
             value: bar.node.fraction
         }
     }

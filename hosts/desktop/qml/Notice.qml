@@ -1,4 +1,5 @@
 import QtQuick
+import "qrc:/quillop/screen"
 
 // Tells something once over the main screen.
 Strip {
@@ -7,6 +8,7 @@ Strip {
     required property QtObject node
 
     isOneLine: measure.width <= roomForText
+    contentHeight: words.implicitHeight
     closeTitle: "Hide notice"
     onClosed: node.hide()
 
@@ -24,10 +26,10 @@ Strip {
         text: notice.node.text
         textFormat: Text.PlainText
         wrapMode: Text.Wrap
-        maximumLineCount: 2
+        maximumLineCount: 3
         elide: Text.ElideRight
-        color: "#FFFFFF"
-        font.pixelSize: 15
+        color: Style.text
+        font.pixelSize: Style.captionSize
 
         Accessible.role: Accessible.Notification
         Accessible.name: text

@@ -5,10 +5,9 @@ import "qrc:/quillop/screen"
 AlertButton {
     property string subject: ""
 
-    width: titleWidth + 40
-    height: 44
+    width: titleWidth + 5 * Style.space
     isPreferred: false
-    opacity: enabled ? 1 : 0.5
+    opacity: enabled ? 1 : Style.disabledOpacity
 
     Accessible.name: subject !== "" ? title + " " + subject : title
 }

@@ -1,4 +1,5 @@
 import QtQuick
+import "qrc:/quillop/screen"
 
 // How far something is.
 Item {
@@ -22,12 +23,12 @@ Item {
     Rectangle {
         anchors.fill: parent
         radius: height / 2
-        color: "#39444B"
+        color: Style.control
     }
     Rectangle {
         width: Math.min(parent.width, Math.max(bar.value > 0 ? height : 0, Math.round(bar.value * parent.width)))
         height: parent.height
         radius: height / 2
-        color: "#3DA9FC"
+        color: Style.accent
     }
 }

@@ -1,4 +1,5 @@
 import QtQuick
+import "qrc:/quillop/screen"
 
 // What can be seen and changed about the app.
 FocusScope {
@@ -49,50 +50,55 @@ FocusScope {
         id: flickable
 
         anchors { left: parent.left; right: parent.right; top: head.bottom; bottom: parent.bottom }
-        contentHeight: column.height + 40
+        contentHeight: column.height + 2 * Style.margin
         boundsBehavior: Flickable.StopAtBounds
         clip: true
 
         Column {
             id: column
 
-            x: 24
-            y: 20
-            width: flickable.width - 48
-            spacing: 12
+            x: Style.margin
+            y: Style.margin
+            width: flickable.width - 2 * Style.margin
+            spacing: Style.space + Style.space / 2
 
-            SwitchRow {
-                x: -8
-                width: parent.width + 16
-                title: "Access to the media library"
-                on: page.node.allowed
-                enabled: !page.node.restricted
-                focus: true
-                Accessible.description: page.node.explanation
-                onClicked: page.node.allow(!page.node.allowed)
+            SettingsGroup {
+                SwitchRow {
+                    width: parent.width
+                    title: "Access to the media library"
+                    on: page.node.allowed
+                    enabled: !page.node.restricted
+                    focus: true
+                    Accessible.description: page.node.explanation
+                    onClicked: page.node.allow(!page.node.allowed)
+                }
             }
             SettingsText { text: page.node.explanation }
 
             SettingsTitle { text: "Folders of the media library" }
-            FolderRow {
-                width: parent.width
-                path: page.node.videosFolder
-                note: "Your videos folder"
-            }
-            Repeater {
-                model: page.node.addedFolders
-
+            SettingsGroup {
                 FolderRow {
-                    required property int index
-                    required property string modelData
+                    width: parent.width
+                    path: page.node.videosFolder
+                    note: "Your videos folder"
+                    isFirst: true
+                }
+                Repeater {
+                    model: page.node.addedFolders
 
-                    width: column.width
-                    path: modelData
-                    isRemovable: true
-                    onRemoved: page.node.removeFolder(index)
+                    FolderRow {
+                        required property int index
+                        required property string modelData
+
+                        width: column.width
+                        path: modelData
+                        isRemovable: true
+                        onRemoved: page.node.removeFolder(index)
+                    }
                 }
             }
             PageButton {
+                width: Math.min(parent.width, titleWidth + 5 * Style.space)
                 title: "Add a folder"
                 onClicked: page.addRequested()
             }
@@ -115,16 +121,16 @@ FocusScope {
             }
             Flow {
                 width: parent.width
-                spacing: 12
+                spacing: Style.space
 
                 PageButton {
-                    width: Math.min(parent.width, titleWidth + 40)
+                    width: Math.min(parent.width, titleWidth + 5 * Style.space)
                     title: "Rescan"
                     enabled: page.node.allowed
                     onClicked: page.node.rescan()
                 }
                 PageButton {
-                    width: Math.min(parent.width, titleWidth + 40)
+                    width: Math.min(parent.width, titleWidth + 5 * Style.space)
                     visible: page.node.unreadable !== ""
                     enabled: visible
                     title: page.node.unreadable

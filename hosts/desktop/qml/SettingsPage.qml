@@ -1,4 +1,5 @@
 import QtQuick
+import "qrc:/quillop/screen"
 
 // The app's page in the system's settings: a card on large windows, the whole window on small ones.
 Veil {
@@ -30,11 +31,11 @@ Veil {
 
     Rectangle {
         anchors.centerIn: parent
-        width: settings.isLarge ? 600 : parent.width
+        width: settings.isLarge ? Math.min(600 * Style.textScale, parent.width - 64) : parent.width
         height: settings.isLarge ? Math.min(parent.height - 64, Math.max(480, content.wholeHeight)) : parent.height
-        radius: settings.isLarge ? 16 : 0
-        color: "#161B1E"
-        border { width: settings.isLarge ? 1 : 0; color: "#3A454C" }
+        radius: settings.isLarge ? Style.cardCorner : 0
+        color: Style.page
+        border { width: settings.isLarge ? 1 : 0; color: Style.outline }
 
         Settings {
             id: content

@@ -1,13 +1,14 @@
 import QtQuick
+import "qrc:/quillop/screen"
 
 // Plain text on the settings page.
 Text {
     width: parent.width
     textFormat: Text.PlainText
     wrapMode: Text.Wrap
-    lineHeight: 1.1
-    color: "#C6CED3"
-    font.pixelSize: 16
+    lineHeight: Style.lineHeight
+    color: Style.secondaryText
+    font.pixelSize: Style.captionSize
 
     Accessible.role: Accessible.StaticText
     Accessible.name: text

@@ -10,6 +10,8 @@ Item {
     required property bool moves
     property bool isOneLine: true
     property string closeTitle
+    // Of what is in it, where it takes more than one line.
+    property real contentHeight: 0
     readonly property real roomForText: room.width
     default property alias content: room.data
     signal closed()
@@ -36,16 +38,16 @@ Item {
         // Where there is no room beside the hint, at the upper edge of the second film, half way down.
         y: (page.isUnderBar ? page.topBar : Math.round(page.height / 2) + page.topBar / 2) + 4
         width: page.isUnderBar ? Math.min(page.roomBesideHint, 640) : page.width - 16
-        height: page.isOneLine ? 48 : 52
-        radius: 12
-        color: "#1B2124"
-        border { width: 1; color: "#3A454C" }
+        height: Math.max(Style.controlHeight, page.isOneLine ? 0 : page.contentHeight + 2 * Style.space)
+        radius: Style.controlCorner
+        color: Style.bar
+        border { width: 1; color: Style.outline }
 
         Item {
             id: room
 
             anchors { left: parent.left; right: close.left; top: parent.top; bottom: parent.bottom }
-            anchors { leftMargin: 14; rightMargin: 4 }
+            anchors { leftMargin: 2 * Style.space; rightMargin: Style.space / 2 }
         }
         T.AbstractButton {
             id: close
@@ -71,34 +73,25 @@ Item {
 
             onClicked: page.closed()
 
-            background: Rectangle {
-                anchors { fill: parent; margins: 4 }
-                radius: 8
-                color: "#FFFFFF"
-                opacity: close.down ? 0.16 : close.hovered ? 0.08 : 0
+            background: Item {
+                Glow {
+                    button: close
+                    anchors.margins: Style.space / 2
+                    radius: Style.smallCorner
+                }
             }
             contentItem: Item {
-                Repeater {
-                    model: [45, -45]
-
-                    Rectangle {
-                        required property real modelData
-
-                        anchors.centerIn: parent
-                        width: 18
-                        height: 2
-                        radius: 1
-                        rotation: modelData
-                        antialiasing: true
-                        color: "#FFFFFF"
-                    }
+                Image {
+                    anchors.centerIn: parent
+                    source: "qrc:/images/close.svg"
+                    sourceSize: Qt.size(24, 24)
                 }
             }
 
             FocusRing {
                 visible: close.visualFocus
                 inset: 3
-                radius: 9
+                radius: Style.smallCorner + 1
             }
         }
     }

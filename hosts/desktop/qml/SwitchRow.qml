@@ -9,7 +9,7 @@ T.AbstractButton {
     required property string title
     required property bool on
 
-    implicitHeight: Math.max(56, label.implicitHeight + 16)
+    implicitHeight: Math.max(8 * Style.space, label.implicitHeight + 3 * Style.space)
     hoverEnabled: true
     activeFocusOnTab: true
 
@@ -30,34 +30,35 @@ T.AbstractButton {
         event.accepted = true
     }
 
-    background: Rectangle {
-        radius: 10
-        color: "#FFFFFF"
-        opacity: row.down ? 0.12 : row.hovered ? 0.06 : 0
+    background: Item {
+        Glow {
+            button: row
+            radius: Style.controlCorner
+        }
     }
     contentItem: Item {
-        opacity: row.enabled ? 1 : 0.5
+        opacity: row.enabled ? 1 : Style.disabledOpacity
 
         Text {
             id: label
 
             anchors { left: parent.left; right: track.left; verticalCenter: parent.verticalCenter }
-            anchors { leftMargin: 8; rightMargin: 16 }
+            anchors { leftMargin: 2 * Style.space; rightMargin: 2 * Style.space }
             text: row.title
             textFormat: Text.PlainText
             wrapMode: Text.Wrap
-            color: "#FFFFFF"
-            font.pixelSize: 17
+            color: Style.text
+            font.pixelSize: Style.bodySize
         }
         Rectangle {
             id: track
 
-            anchors { right: parent.right; rightMargin: 8; verticalCenter: parent.verticalCenter }
+            anchors { right: parent.right; rightMargin: 2 * Style.space; verticalCenter: parent.verticalCenter }
             width: 52
             height: 32
             radius: 16
-            color: row.on ? "#3DA9FC" : "#39444B"
-            border { width: row.on ? 0 : 2; color: "#8D9AA2" }
+            color: row.on ? Style.accent : Style.control
+            border { width: row.on ? 0 : 2; color: Style.mark }
 
             Rectangle {
                 x: row.on ? parent.width - width - 4 : 6
@@ -65,13 +66,13 @@ T.AbstractButton {
                 width: row.on ? 24 : 20
                 height: width
                 radius: width / 2
-                color: row.on ? "#0B0E10" : "#C6CED3"
+                color: row.on ? Style.accentText : Style.secondaryText
             }
         }
     }
 
     FocusRing {
         visible: row.activeFocus
-        radius: 10
+        radius: Style.controlCorner
     }
 }

@@ -88,17 +88,19 @@ FocusScope {
                     width: parent.width
                     text: row.name
                     textFormat: Text.PlainText
+                    horizontalAlignment: Text.AlignLeft
                     elide: Text.ElideMiddle
-                    color: "#FFFFFF"
-                    font.pixelSize: 16
+                    color: Style.text
+                    font.pixelSize: Style.bodySize
                 }
                 Text {
                     width: parent.width
                     text: row.folder
                     textFormat: Text.PlainText
+                    horizontalAlignment: Text.AlignLeft
                     elide: Text.ElideMiddle
-                    color: "#9AA7AE"
-                    font.pixelSize: 15
+                    color: Style.dimText
+                    font.pixelSize: Style.captionSize
                 }
                 Text {
                     width: parent.width
@@ -107,19 +109,19 @@ FocusScope {
                     wrapMode: Text.Wrap
                     maximumLineCount: 3
                     elide: Text.ElideRight
-                    color: "#C6CED3"
-                    font.pixelSize: 15
+                    color: Style.secondaryText
+                    font.pixelSize: Style.captionSize
                 }
             }
             Rectangle {
                 anchors { left: parent.left; right: parent.right; bottom: parent.bottom; leftMargin: 24 }
                 height: 1
-                color: "#2C363C"
+                color: Style.hairline
             }
             FocusRing {
                 visible: list.activeFocus && row.ListView.isCurrentItem
                 inset: 4
-                radius: 8
+                radius: Style.smallCorner
             }
         }
 
@@ -134,8 +136,8 @@ FocusScope {
             text: page.count
             textFormat: Text.PlainText
             wrapMode: Text.Wrap
-            color: "#C6CED3"
-            font.pixelSize: 16
+            color: Style.secondaryText
+            font.pixelSize: Style.captionSize
         }
         footer: Text {
             width: ListView.view.width
@@ -145,8 +147,8 @@ FocusScope {
             text: page.unlisted
             textFormat: Text.PlainText
             wrapMode: Text.Wrap
-            color: "#C6CED3"
-            font.pixelSize: 16
+            color: Style.secondaryText
+            font.pixelSize: Style.captionSize
         }
 
         Text {
@@ -155,8 +157,8 @@ FocusScope {
             text: "All files could be read."
             textFormat: Text.PlainText
             wrapMode: Text.Wrap
-            color: "#C6CED3"
-            font.pixelSize: 16
+            color: Style.secondaryText
+            font.pixelSize: Style.captionSize
         }
     }
     ScrollMark {

@@ -1,4 +1,5 @@
 import QtQuick
+import "qrc:/quillop/screen"
 
 // Lies over the app: darkens it, and lets nothing that is done here reach it.
 FocusScope {
@@ -19,8 +20,8 @@ FocusScope {
 
     Rectangle {
         anchors.fill: parent
-        color: "#000000"
-        opacity: 0.6
+        color: Style.shade
+        opacity: Style.shadeOpacity
 
         MouseArea {
             anchors.fill: parent

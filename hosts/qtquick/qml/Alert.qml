@@ -5,81 +5,67 @@ FocusScope {
     id: box
 
     required property QtObject alert
-    readonly property bool isSideBySide: alert.actions.length === 2 && first.widestTitle < (card.width - 56) / 2 - 24
-    readonly property Repeater first: buttons
 
     focus: true
 
-    Rectangle {
+    Card {
         id: card
-
-        anchors.centerIn: parent
-        width: Math.min(box.width - 48, 400)
-        height: column.height + 48
-        radius: 16
-        color: "#232B30"
-        border { width: 1; color: "#3A454C" }
 
         Accessible.role: Accessible.Dialog
         Accessible.name: box.alert.title !== "" ? box.alert.title : box.alert.message
         Accessible.description: box.alert.title !== "" ? box.alert.message : ""
         Accessible.ignored: !enabled
 
-        Column {
-            id: column
+        Text {
+            width: parent.width
+            visible: text !== ""
+            text: box.alert.title
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+            color: Style.text
+            font { pixelSize: Style.titleSize; weight: Font.DemiBold }
+        }
+        Text {
+            width: parent.width
+            visible: text !== ""
+            text: box.alert.message
+            textFormat: Text.PlainText
+            wrapMode: Text.Wrap
+            lineHeight: Style.lineHeight
+            color: Style.text
+            font.pixelSize: Style.bodySize
+        }
 
-            x: 24
-            y: 24
-            width: parent.width - 48
-            spacing: 16
+        answers: Flow {
+            id: answers
 
-            Text {
-                width: parent.width
-                visible: text !== ""
-                text: box.alert.title
-                textFormat: Text.PlainText
-                wrapMode: Text.Wrap
-                color: "#FFFFFF"
-                font { pixelSize: 20; weight: Font.DemiBold }
-            }
-            Text {
-                width: parent.width
-                visible: text !== ""
-                text: box.alert.message
-                textFormat: Text.PlainText
-                wrapMode: Text.Wrap
-                lineHeight: 1.15
-                color: "#FFFFFF"
-                font.pixelSize: 17
-            }
-            Flow {
-                width: parent.width
-                topPadding: 8
-                spacing: 8
-                layoutDirection: Qt.LeftToRight
+            readonly property bool isSideBySide: box.alert.actions.length === 2 && buttons.widestTitle < half - 24
+            readonly property real half: (width - spacing) / 2
 
-                Repeater {
-                    id: buttons
+            width: card.contentWidth
+            spacing: Style.space
 
-                    readonly property real widestTitle: {
-                        let widest = 0
-                        for (let place = 0; place < count; ++place)
-                            widest = Math.max(widest, itemAt(place) ? itemAt(place).titleWidth : 0)
-                        return widest
-                    }
+            Repeater {
+                id: buttons
 
-                    model: box.alert.actions
+                readonly property real widestTitle: {
+                    let widest = 0
+                    for (let place = 0; place < count; ++place)
+                        widest = Math.max(widest, itemAt(place) ? itemAt(place).titleWidth : 0)
+                    return widest
+                }
 
-                    AlertButton {
-                        required property int index
-                        required property string modelData
+                model: box.alert.actions
 
-                        width: box.isSideBySide ? (column.width - 8) / 2 : column.width
-                        title: modelData
-                        isPreferred: index === box.alert.preferred
-                        focus: isPreferred
-                        onClicked: box.alert.press(index)
-                    }
+                AlertButton {
+                    required property int index
+                    required property string modelData
+
+                    width: answers.isSideBySide ? answers.half : answers.width
+                    title: modelData
+                    isPreferred: index === box.alert.preferred
+                    focus: isPreferred
+                    onClicked: box.alert.press(index)
                 }
             }
         }

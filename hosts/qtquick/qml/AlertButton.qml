@@ -1,15 +1,15 @@
 import QtQuick
 import QtQuick.Templates as T
 
-// A button of an alert.
+// A button of an alert. A title that is too long for it is written smaller.
 T.AbstractButton {
     id: button
 
     required property string title
     required property bool isPreferred
-    readonly property real titleWidth: label.implicitWidth
+    readonly property real titleWidth: Math.ceil(measure.advanceWidth)
 
-    height: 48
+    height: Math.max(Style.controlHeight, label.font.pixelSize + 3 * Style.space)
     hoverEnabled: true
 
     Accessible.role: Accessible.Button
@@ -24,35 +24,41 @@ T.AbstractButton {
         event.accepted = true
     }
 
-    background: Rectangle {
-        radius: 12
-        color: button.isPreferred ? "#3DA9FC" : "#39444B"
+    TextMetrics {
+        id: measure
 
-        Rectangle {
-            anchors.fill: parent
+        font: label.font
+        text: button.title
+    }
+
+    background: Rectangle {
+        radius: Style.controlCorner
+        color: button.isPreferred ? Style.accent : Style.control
+
+        Glow {
+            button: button
             radius: parent.radius
-            color: "#FFFFFF"
-            opacity: button.down ? 0.25 : 0.12
-            visible: button.down || button.hovered
         }
     }
     contentItem: Item {
         Text {
             id: label
 
-            anchors.fill: parent
+            anchors { fill: parent; leftMargin: Style.space; rightMargin: Style.space }
             horizontalAlignment: Text.AlignHCenter
             verticalAlignment: Text.AlignVCenter
             text: button.title
             textFormat: Text.PlainText
             elide: Text.ElideRight
-            color: button.isPreferred ? "#0B0E10" : "#FFFFFF"
-            font { pixelSize: 17; weight: Font.DemiBold }
+            fontSizeMode: Text.HorizontalFit
+            minimumPixelSize: 15
+            color: button.isPreferred ? Style.accentText : Style.text
+            font { pixelSize: Style.bodySize; weight: Font.DemiBold }
         }
     }
 
     FocusRing {
         visible: button.visualFocus
-        radius: 12
+        radius: Style.controlCorner
     }
 }

@@ -59,8 +59,8 @@ Item {
         width: Math.ceil(Math.min(text.implicitWidth + 32, balloon.node.maximumWidth,
                                   balloon.roomX - 2 * balloon.margin))
         height: Math.ceil(text.height + 24)
-        radius: 12
-        color: "#3DA9FC"
+        radius: Style.controlCorner
+        color: Style.accent
         x: balloon.isBeside ? beside : balloon.within(centredX, width, balloon.roomX)
         y: balloon.isBeside || !balloon.points ? balloon.within(centredY, height, balloon.roomY) : below
 
@@ -73,8 +73,8 @@ Item {
             text: balloon.node.text
             textFormat: Text.PlainText
             wrapMode: Text.Wrap
-            color: "#0B0E10"
-            font { pixelSize: 17; weight: Font.Medium }
+            color: Style.accentText
+            font { pixelSize: Style.bodySize; weight: Font.Medium }
         }
     }
 }

@@ -35,6 +35,13 @@ T.AbstractButton {
         event.accepted = true
     }
 
+    TextMetrics {
+        id: measure
+
+        font: title.font
+        text: title.text
+    }
+
     background: Rectangle {
         radius: button.corner
         color: button.down ? button.node.pressedColor : button.node.color
@@ -46,22 +53,24 @@ T.AbstractButton {
             sourceSize: Qt.size(Math.round(width * Screen.devicePixelRatio),
                                 Math.round(height * Screen.devicePixelRatio))
         }
-        Rectangle {
-            anchors.fill: parent
-            radius: button.corner
-            color: "#FFFFFF"
-            opacity: button.down ? 0.2 : 0.09
-            visible: button.down ? !button.node.showsPress : button.hovered
+        Glow {
+            button: button
+            radius: parent.radius
+            visible: opacity > 0 && !(button.down && button.node.showsPress)
         }
     }
 
     contentItem: Item {
         Row {
+            id: face
+
             anchors.centerIn: parent
             height: parent.height
-            spacing: 10
+            spacing: Style.space
 
             Image {
+                id: drawing
+
                 anchors.verticalCenter: parent.verticalCenter
                 visible: source != ""
                 width: button.node.pictureSize.width
@@ -70,13 +79,24 @@ T.AbstractButton {
                 sourceSize: Qt.size(Math.round(width * Screen.devicePixelRatio),
                                     Math.round(height * Screen.devicePixelRatio))
             }
+            // The place is the app's: a text grows in it as far as it goes.
             Text {
-                anchors.verticalCenter: parent.verticalCenter
+                id: title
+
+                readonly property real room: button.width - 2 * Style.space
+                                             - (drawing.visible ? drawing.width + face.spacing : 0)
+
+                height: parent.height
+                verticalAlignment: Text.AlignVCenter
                 visible: text !== ""
+                width: Math.min(room, Math.ceil(measure.advanceWidth) + 1)
+                fontSizeMode: Text.HorizontalFit
+                minimumPixelSize: 15
+                elide: Text.ElideRight
                 text: button.down ? button.node.pressedTitle : button.node.title
                 textFormat: Text.PlainText
                 color: button.down ? button.node.pressedTitleColor : button.node.titleColor
-                font { pixelSize: 17; weight: Font.DemiBold }
+                font { pixelSize: Math.round(17 * Style.placeScale); weight: Font.DemiBold }
             }
         }
     }

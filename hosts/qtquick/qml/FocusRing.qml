@@ -15,14 +15,14 @@ Item {
         anchors.fill: parent
         color: "transparent"
         radius: ring.radius
-        border { width: 4; color: "#0B0E10" }
+        border { width: 4; color: Style.background }
     }
     Rectangle {
         anchors.fill: parent
         anchors.margins: 1
         color: "transparent"
         radius: ring.radius - 1
-        border { width: 2; color: "#FFFFFF" }
+        border { width: 2; color: Style.text }
     }
     // Where everything has a white edge, the focus has one of its own.
     Rectangle {

@@ -41,6 +41,6 @@ T.AbstractButton {
     FocusRing {
         visible: view.visualFocus
         inset: 2
-        radius: 8
+        radius: Style.smallCorner
     }
 }

@@ -50,10 +50,12 @@ Column {
         width: parent.width
         text: column.beginning.trim()
         textFormat: Text.PlainText
-        lineHeight: 20
+        // All rows begin at one edge, whichever way their scripts run.
+        horizontalAlignment: Text.AlignLeft
+        lineHeight: Style.bodySize + 3
         lineHeightMode: Text.FixedHeight
         color: column.color
-        font.pixelSize: 17
+        font.pixelSize: Style.bodySize
     }
     Text {
         id: rest
@@ -62,10 +64,12 @@ Column {
         visible: text !== ""
         text: column.words.slice(column.beginning.length)
         textFormat: Text.PlainText
+        // All rows begin at one edge, whichever way their scripts run.
+        horizontalAlignment: Text.AlignLeft
         elide: Text.ElideMiddle
-        lineHeight: 20
+        lineHeight: Style.bodySize + 3
         lineHeightMode: Text.FixedHeight
         color: column.color
-        font.pixelSize: 17
+        font.pixelSize: Style.bodySize
     }
 }

@@ -23,8 +23,8 @@ FocusScope {
     Rectangle {
         anchors.fill: parent
         visible: screen.node.dims && opacity > 0
-        color: "#000000"
-        opacity: 0.6 * screen.progress
+        color: Style.shade
+        opacity: Style.shadeOpacity * screen.progress
 
         // Nothing that is done here reaches the screens beneath.
         MouseArea {
@@ -47,7 +47,7 @@ FocusScope {
         Rectangle {
             anchors.fill: parent
             visible: screen.node.fills
-            color: "#000000"
+            color: Style.shade
         }
         // The edge of the sheet, to be told from what is dark behind it.
         Rectangle {
@@ -56,8 +56,8 @@ FocusScope {
             y: screen.node.sheet.y - 1
             width: screen.node.sheet.width + 2
             height: screen.node.sheet.height + 2
-            radius: 17
-            color: "#3A454C"
+            radius: Style.cardCorner + 1
+            color: Style.outline
         }
         // A sheet that stands on the window's lower edge has no lower corners.
         Rectangle {

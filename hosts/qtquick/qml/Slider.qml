@@ -11,13 +11,15 @@ T.Slider {
     readonly property real minimumValue: from
     readonly property real maximumValue: to
 
-    readonly property real timeWidth: node.showsTime ? Math.max(elapsed.implicitWidth, length.implicitWidth) : 0
+    readonly property real timeWidth: node.showsTime ? Math.ceil(widestTime.advanceWidth) : 0
     // Where the clock leaves too little of the track, it goes below.
     readonly property bool isNarrow: node.showsTime && width < 2 * timeWidth + 140
+    // There it shares the height with the handle.
+    readonly property int timeSize: isNarrow ? Math.min(Style.captionSize, 20) : Style.captionSize
 
-    leftPadding: node.showsTime && !isNarrow ? timeWidth + 10 : 0
+    leftPadding: node.showsTime && !isNarrow ? timeWidth + Style.space : 0
     rightPadding: leftPadding
-    bottomPadding: isNarrow ? 18 : 0
+    bottomPadding: isNarrow ? elapsed.implicitHeight : 0
 
     enabled: node.shown
     visible: node.shown
@@ -35,6 +37,20 @@ T.Slider {
     Accessible.ignored: !enabled
     Accessible.onIncreaseAction: node.adjust(node.value + node.keyStep)
     Accessible.onDecreaseAction: node.adjust(node.value - node.keyStep)
+
+    // Which part of the track lies before a place.
+    function partBefore(place) {
+        const part = (place - leftPadding - handle.width / 2) / Math.max(1, availableWidth - handle.width)
+        return Math.max(0, Math.min(1, part))
+    }
+
+    // The length is the longest time there is.
+    TextMetrics {
+        id: widestTime
+
+        font.pixelSize: Style.captionSize
+        text: slider.node.length.replace(/[0-9]/g, "8")
+    }
 
     function follow() {
         if (pressed || node.tracking)
@@ -95,7 +111,7 @@ T.Slider {
             width: slider.availableWidth - slider.handle.width
             height: 4
             radius: 2
-            color: "#59666E"
+            color: Style.track
 
             Rectangle {
                 width: Math.round(slider.visualPosition * parent.width)
@@ -116,26 +132,26 @@ T.Slider {
 
             visible: slider.node.showsTime
             x: slider.isNarrow ? 2 : 0
-            width: slider.isNarrow ? implicitWidth : slider.timeWidth
+            width: slider.isNarrow ? undefined : slider.timeWidth
             anchors.verticalCenter: slider.isNarrow ? undefined : track.verticalCenter
             anchors.bottom: slider.isNarrow ? parent.bottom : undefined
             horizontalAlignment: Text.AlignHCenter
             text: slider.node.elapsed
-            color: "#FFFFFF"
-            font.pixelSize: 15
+            color: Style.text
+            font.pixelSize: slider.timeSize
         }
         Text {
             id: length
 
             visible: slider.node.showsTime && (!slider.isNarrow || slider.width > 2 * slider.timeWidth + 8)
             x: parent.width - width - (slider.isNarrow ? 2 : 0)
-            width: slider.isNarrow ? implicitWidth : slider.timeWidth
+            width: slider.isNarrow ? undefined : slider.timeWidth
             anchors.verticalCenter: slider.isNarrow ? undefined : track.verticalCenter
             anchors.bottom: slider.isNarrow ? parent.bottom : undefined
             horizontalAlignment: Text.AlignHCenter
             text: slider.node.length
-            color: "#C6CED3"
-            font { pixelSize: 15 }
+            color: Style.secondaryText
+            font.pixelSize: slider.timeSize
         }
     }
 
@@ -145,38 +161,45 @@ T.Slider {
         width: 22
         height: 22
         radius: 11
-        color: slider.pressed ? slider.node.tint : "#FFFFFF"
+        color: slider.pressed ? slider.node.tint : Style.text
 
         Rectangle {
             anchors.centerIn: parent
-            width: 34
-            height: 34
-            radius: 17
+            width: 36
+            height: 36
+            radius: 18
             color: slider.node.tint
             opacity: slider.pressed ? 0.35 : 0.2
             visible: slider.pressed || slider.hovered
             z: -1
         }
-        Rectangle {
-            id: bubble
+    }
 
-            visible: slider.pressed && slider.node.showsTime
-            // Over the handle, but never beyond the slider's ends.
-            x: Math.max(-parent.x, Math.min(slider.width - parent.x - width, (parent.width - width) / 2))
-            y: -height - 14
-            width: bubbleText.implicitWidth + 24
-            height: 36
-            radius: 10
-            color: slider.node.tint
+    HoverHandler { id: pointer }
 
-            Text {
-                id: bubbleText
+    // The time that the finger has come to, or that the pointer would choose.
+    Rectangle {
+        id: bubble
 
-                anchors.centerIn: parent
-                text: slider.node.elapsed
-                color: "#0B0E10"
-                font { pixelSize: 17; weight: Font.DemiBold }
-            }
+        readonly property real place: slider.pressed ? slider.handle.x + slider.handle.width / 2
+                                                     : pointer.point.position.x
+
+        visible: slider.node.showsTime && (slider.pressed || pointer.hovered)
+        // Never beyond the slider's ends.
+        x: Math.round(Math.max(0, Math.min(slider.width - width, place - width / 2)))
+        y: slider.handle.y - height - 12
+        width: Math.ceil(bubbleText.implicitWidth) + 3 * Style.space
+        height: Math.ceil(bubbleText.implicitHeight) + 2 * Style.space
+        radius: Style.controlCorner
+        color: slider.pressed ? slider.node.tint : Style.control
+
+        Text {
+            id: bubbleText
+
+            anchors.centerIn: parent
+            text: slider.pressed ? slider.node.elapsed : slider.node.clockAt(slider.valueAt(slider.partBefore(bubble.place)))
+            color: slider.pressed ? Style.accentText : Style.text
+            font { pixelSize: Style.bodySize; weight: Font.DemiBold }
         }
     }
 

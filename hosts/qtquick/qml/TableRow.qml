@@ -14,7 +14,7 @@ T.ItemDelegate {
     function refresh() { content = table.node.content(index) }
 
     width: table.width
-    height: table.node.rowHeight
+    height: table.rowHeight
     focusPolicy: Qt.NoFocus
     hoverEnabled: true
 
@@ -46,15 +46,12 @@ T.ItemDelegate {
             anchors.fill: parent
             anchors.bottomMargin: 4
             anchors.rightMargin: row.table.gutter
-            radius: 10
+            radius: Style.smallCorner + 2
             color: row.content.color
 
-            Rectangle {
-                anchors.fill: parent
+            Glow {
+                button: row
                 radius: parent.radius
-                color: "#FFFFFF"
-                opacity: row.down ? 0.16 : 0.07
-                visible: row.down || row.hovered
             }
         }
         Rectangle {
@@ -79,8 +76,8 @@ T.ItemDelegate {
             y: Math.round((parent.height - 4 - height) / 2)
             width: 96
             height: 54
-            radius: 8
-            color: "#0B0E10"
+            radius: Style.smallCorner
+            color: Style.background
             visible: row.hasRoomForPicture && !artwork.isThere
 
             // A film that shows no picture of itself, such as a protected one.
@@ -125,8 +122,9 @@ T.ItemDelegate {
                 text: row.content.detail
                 textFormat: Text.PlainText
                 elide: Text.ElideRight
+                horizontalAlignment: Text.AlignLeft
                 color: row.content.detailColor
-                font.pixelSize: 15
+                font.pixelSize: Style.captionSize
             }
         }
     }

@@ -9,6 +9,8 @@ ListView {
     readonly property bool isLong: contentHeight > 4 * height
     // What the rows leave free for the scroll bar.
     readonly property real gutter: isLong ? 20 : contentHeight > height ? 12 : 0
+    // As high as the app has it, but never too low for a title in two lines with a detail under it.
+    readonly property real rowHeight: Math.max(node.rowHeight, 2 * (Style.bodySize + 3) + Style.captionSize + 16)
     // Whether the keyboard led here, so that it is worth showing where it is.
     property bool showsFocus: false
 
@@ -30,7 +32,7 @@ ListView {
     Accessible.focusable: true
     Accessible.ignored: !enabled
 
-    onContentYChanged: node.scrollTo(contentY - originY)
+    onContentYChanged: node.scrollTo((contentY - originY) * node.rowHeight / rowHeight)
     onActiveFocusChanged: if (activeFocus && currentIndex < 0 && count > 0) currentIndex = 0
 
     function goTo(row) {
@@ -39,7 +41,7 @@ ListView {
     }
 
     Keys.onPressed: event => {
-        const page = Math.max(1, Math.floor(height / node.rowHeight) - 1)
+        const page = Math.max(1, Math.floor(height / rowHeight) - 1)
         showsFocus = true
         switch (event.key) {
         case Qt.Key_PageDown: goTo(currentIndex + page); break
@@ -64,18 +66,27 @@ ListView {
         table: list
     }
 
+    Image {
+        parent: list
+        anchors { horizontalCenter: nothing.horizontalCenter; bottom: nothing.top; bottomMargin: 2 * Style.space }
+        visible: nothing.visible && list.height > nothing.height + 2 * (height + 4 * Style.space)
+        source: "qrc:/images/film.svg"
+        sourceSize: Qt.size(56, 56)
+    }
     Text {
+        id: nothing
+
         parent: list
         anchors.centerIn: parent
-        width: Math.min(360, parent.width - 32)
+        width: Math.min(360 * Style.textScale, parent.width - 32)
         visible: text !== ""
         text: list.node.emptyText
         textFormat: Text.PlainText
         wrapMode: Text.Wrap
         horizontalAlignment: Text.AlignHCenter
-        lineHeight: 1.15
-        color: "#A9B4BA"
-        font.pixelSize: 17
+        lineHeight: Style.lineHeight
+        color: Style.dimText
+        font.pixelSize: Style.bodySize
 
         Accessible.role: Accessible.StaticText
         Accessible.name: text
@@ -116,7 +127,7 @@ ListView {
                 width: 5
                 height: parent.height
                 radius: width / 2
-                color: "#8A979F"
+                color: Style.mark
             }
         }
     }

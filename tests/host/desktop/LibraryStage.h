@@ -20,7 +20,8 @@ namespace desktop {
 /// The app on the real screen, with a fake media library that may be read.
 class LibraryStage {
  public:
-  explicit LibraryStage(GuardedLibrary::Wait wait = {}) : wait_(std::move(wait)) {
+  explicit LibraryStage(GuardedLibrary::Wait wait = {}, ScreenStage::Options options = {})
+      : stage(std::move(options)), wait_(std::move(wait)) {
     access.setAnswer(LibraryAccess::Answer::Authorised);
     stage.window().requestActivate();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&stage.window()));

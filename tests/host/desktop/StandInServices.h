@@ -158,6 +158,41 @@ class StandInRequest final : public QObject {
   void Close() { isOpen = false; }
 };
 
+/// The portal's Settings interface, with one setting.
+class StandInSettings final : public QObject {
+  Q_OBJECT
+  Q_CLASSINFO("D-Bus Interface", "org.freedesktop.portal.Settings")
+
+ public:
+  StandInSettings(QDBusConnection connection, QString group, QString key, QVariant value)
+      : bus(std::move(connection)), group_(std::move(group)), key_(std::move(key)), value_(std::move(value)) {
+    bus.registerObject("/org/freedesktop/portal/desktop", this, QDBusConnection::ExportAllContents);
+    bus.registerService("org.freedesktop.portal.Desktop");
+  }
+  ~StandInSettings() override { bus.unregisterService("org.freedesktop.portal.Desktop"); }
+
+  void set(const QVariant& value) { emit SettingChanged(group_, key_, QDBusVariant(value)); }
+
+  QDBusConnection bus;
+  int questions = 0;
+
+ public slots:
+  // The answer is wrapped once more than the signal's value.
+  QDBusVariant Read(const QString& group, const QString& key) {
+    ++questions;
+    const bool isKnown = group == group_ && key == key_;
+    return QDBusVariant(QVariant::fromValue(QDBusVariant(isKnown ? value_ : QVariant(0))));
+  }
+
+ signals:
+  void SettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
+
+ private:
+  QString group_;
+  QString key_;
+  QVariant value_;
+};
+
 /// The portal's Inhibit interface.
 class StandInPortal final : public QObject {
   Q_OBJECT

@@ -24,10 +24,10 @@ QImage paintedArtwork(const std::string& path, int largestSide) {
   return image;
 }
 
-std::vector<host::LibraryItem> videos(std::size_t count) {
+std::vector<host::LibraryItem> videos(std::size_t count, const std::vector<std::string>& titles) {
   std::vector<host::LibraryItem> items;
   for (std::size_t number = 0; number < count; ++number) {
-    const std::string title = "Video " + std::to_string(number);
+    const std::string title = number < titles.size() ? titles[number] : "Video " + std::to_string(number);
     items.push_back({"file:///videos/" + std::to_string(number) + ".mp4", title, 60, "/videos/" + title + ".mp4"});
   }
   return items;
@@ -38,7 +38,7 @@ std::vector<host::LibraryItem> videos(std::size_t count) {
 ScreenStage::ScreenStage(Options options)
     : screen_(paintedArtwork,
               {.closed = {}, .hidden = {}, .shown = {}, .menuRequested = [this] { ++menusRequested_; }}) {
-  host_.mediaLibrary.itemsByType[homeVideo] = videos(options.videos);
+  host_.mediaLibrary.itemsByType[homeVideo] = videos(options.videos, options.titles);
   if (!options.isFirstRun) {
     host_.defaults.values = {{"primoAvvio", std::string("2")}, {"primoAvvio2", std::string("2")}};
   }

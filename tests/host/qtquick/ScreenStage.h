@@ -24,6 +24,7 @@ class ScreenStage final {
     QSize size{1024, 640};
     std::size_t videos = 3;  ///< "Video 0", "Video 1", ..., one minute each
     bool isFirstRun = false;
+    std::vector<std::string> titles = {};  ///< of the first videos, in place of their usual ones
   };
 
   ScreenStage() : ScreenStage(Options{}) {}

@@ -12,5 +12,5 @@ Rectangle {
     width: 4
     height: Math.max(24, whole * flickable.height)
     radius: 2
-    color: "#59666E"
+    color: Style.track
 }

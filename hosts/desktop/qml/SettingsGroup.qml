@@ -1,0 +1,20 @@
+import QtQuick
+import "qrc:/quillop/screen"
+
+// Rows that belong together, on a surface of their own, with hairlines between them.
+Rectangle {
+    id: group
+
+    default property alias rows: rows.data
+
+    width: parent.width
+    height: rows.height
+    radius: Style.controlCorner
+    color: Style.group
+
+    Column {
+        id: rows
+
+        width: parent.width
+    }
+}

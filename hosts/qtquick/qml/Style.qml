@@ -1,0 +1,53 @@
+pragma Singleton
+import QtQuick
+
+// What all screens have in common: colours, sizes of text, distances, corners and motion. Distances are multiples of 4.
+QtObject {
+    // Sizes of text follow the desktop's; distances, and what a finger has to hit, stay.
+    readonly property real textScale: textSize.scale
+    readonly property int captionSize: Math.round(15 * textScale)
+    readonly property int bodySize: Math.round(17 * textScale)
+    readonly property int titleSize: Math.round(20 * textScale)
+    // In places that cannot grow: beyond that, texts side by side would be of very different sizes.
+    readonly property real placeScale: Math.min(textScale, 1.5)
+    // Of texts that take more lines than one.
+    readonly property real lineHeight: 1.15
+
+    readonly property color text: "#FFFFFF"
+    readonly property color secondaryText: "#C6CED3"
+    readonly property color dimText: "#A9B4BA"
+    // Films have colours of their own; this one is the system's, and film 1's.
+    readonly property color accent: "#3DA9FC"
+    readonly property color accentText: "#0B0E10"
+
+    readonly property color background: "#0B0E10"
+    readonly property color bar: "#1B2124"
+    readonly property color page: "#161B1E"
+    // A group of rows on a page.
+    readonly property color group: "#20272B"
+    readonly property color card: "#232B30"
+    readonly property color outline: "#3A454C"
+    readonly property color hairline: "#2C363C"
+    readonly property color control: "#39444B"
+    readonly property color track: "#59666E"
+    readonly property color mark: "#8A979F"
+    readonly property color shade: "#000000"
+    readonly property real shadeOpacity: 0.6
+
+    // What lies over a control under the pointer and under the finger.
+    readonly property color glow: "#FFFFFF"
+    readonly property real hoverOpacity: 0.08
+    readonly property real pressOpacity: 0.18
+    readonly property real disabledOpacity: 0.5
+
+    readonly property int space: 8
+    readonly property int margin: 24
+    readonly property int controlHeight: 48
+    readonly property int cardCorner: 16
+    readonly property int controlCorner: 12
+    readonly property int smallCorner: 8
+
+    // Milliseconds.
+    readonly property int quickly: 100
+    readonly property int smoothly: 180
+}
