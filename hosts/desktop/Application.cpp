@@ -16,6 +16,7 @@
 #include "hosts/desktop/LibraryPolicy.h"
 #include "hosts/desktop/LibraryWait.h"
 #include "hosts/desktop/MailPrograms.h"
+#include "hosts/desktop/MemoryReturn.h"
 #include "hosts/desktop/Notice.h"
 #include "hosts/desktop/Paths.h"
 #include "hosts/desktop/PlayingDisplay.h"
@@ -89,6 +90,7 @@ void restore(QQuickWindow& window, const desktop::WindowPlace& place) {
 
 int UIApplicationMain(int argumentCount, char* arguments[], const char* /*principalClassName*/,
                       const std::string& delegateClassName) {
+  desktop::returnFreedMemory();
   configureQt();
   QGuiApplication application(argumentCount, arguments);
   QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/images/quillop.svg")));
