@@ -20,6 +20,7 @@
 #include "hosts/desktop/MailPrograms.h"
 #include "hosts/desktop/MediaKeys.h"
 #include "hosts/desktop/MediaPlayers.h"
+#include "hosts/desktop/MemoryReturn.h"
 #include "hosts/desktop/Notice.h"
 #include "hosts/desktop/Paths.h"
 #include "hosts/desktop/SettingsPage.h"
@@ -139,6 +140,7 @@ void restore(QQuickWindow& window, const desktop::WindowPlace& place) {
 
 int UIApplicationMain(int argumentCount, char* arguments[], const char* /*principalClassName*/,
                       const std::string& delegateClassName) {
+  desktop::returnFreedMemory();
   configureQt();
   QGuiApplication application(argumentCount, arguments);
   QQuickWindow* mainWindow = nullptr;

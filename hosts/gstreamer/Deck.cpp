@@ -3,6 +3,8 @@
 #include "hosts/gstreamer/PictureBranch.h"
 #include "hosts/gstreamer/SoundBranch.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -541,6 +543,8 @@ void Deck::close(std::function<void()> closed) {
   worker_.queue()->post([pipeline = std::move(pipeline_), maker = maker_, engine = surroundings_->engine, closed] {
     if (pipeline) pipeline->close();
     if (maker) maker->forget();
+    // A film leaves holes between what stays, which the C library would keep for the next one.
+    malloc_trim(0);
     engine->post(closed);
   });
   pipeline_.reset();

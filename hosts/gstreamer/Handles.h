@@ -38,6 +38,7 @@ using Stream = std::unique_ptr<GstStream, ObjectRelease>;
 using Bus = std::unique_ptr<GstBus, ObjectRelease>;
 using Factory = std::unique_ptr<GstElementFactory, ObjectRelease>;
 using Clock = std::unique_ptr<GstClock, ObjectRelease>;
+using BufferPool = std::unique_ptr<GstBufferPool, ObjectRelease>;
 using Caps = std::unique_ptr<GstCaps, CapsRelease>;
 using Sample = std::unique_ptr<GstSample, SampleRelease>;
 using Event = std::unique_ptr<GstEvent, EventRelease>;

@@ -99,9 +99,7 @@ GstPadProbeReturn PictureBranch::seeItem(GstPad*, GstPadProbeInfo* info, gpointe
   if (GST_IS_QUERY(info->data)) {
     GstQuery* query = GST_PAD_PROBE_INFO_QUERY(info);
     if (GST_QUERY_TYPE(query) != GST_QUERY_ALLOCATION) return GST_PAD_PROBE_OK;
-    // Whoever does not say that it reads a frame's own strides and offsets is given a copy of each frame by the
-    // decoders of libav; the application sink of GStreamer 1.22 does not say it.
-    gst_query_add_allocation_meta(query, GST_VIDEO_META_API_TYPE, nullptr);
+    self.memory_.offer(*query);
     return GST_PAD_PROBE_HANDLED;
   }
   GstEvent* event = GST_PAD_PROBE_INFO_EVENT(info);

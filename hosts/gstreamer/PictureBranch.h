@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hosts/gstreamer/Branch.h"
+#include "hosts/gstreamer/FrameMemory.h"
 #include "hosts/gstreamer/PictureMaker.h"
 
 #include <atomic>
@@ -36,6 +37,7 @@ class PictureBranch final : public Branch {
 
   std::shared_ptr<PictureMaker> maker_;
   std::shared_ptr<PictureBoard> board_;
+  FrameMemory memory_;
   Element queue_;
   Element sink_;
   std::atomic<bool> expectsStill_ = true;

@@ -100,6 +100,21 @@ TEST(Picture, SmallFilmsAreEnlarged) {
   EXPECT_EQ(picture->height, 361);
 }
 
+TEST(Picture, AtAThirdOfItsSizeItConsistsOfTheMiddleOnesOfNinePixels) {
+  const std::string noise =
+      clips::clip("engine-grey-noise.mp4", {"-f", "lavfi", "-i",
+                                            "color=black:size=246x150:rate=10:duration=0.5,"
+                                            "geq=lum='16+mod(X*X*3+Y*Y*7+X*Y,200)':cb=128:cr=128",
+                                            "-c:v", "libx264", "-qp", "0", "-pix_fmt", "yuv420p"});
+  const auto whole = pictureOf(noise, 246, 150), third = pictureOf(noise, 82, 50);
+  ASSERT_EQ(third->width, 82);
+  ASSERT_EQ(third->height, 50);
+  for (int y = 0; y < third->height; ++y) {
+    for (int x = 0; x < third->width; ++x)
+      ASSERT_EQ(colourAt(*third, x, y).green, colourAt(*whole, 3 * x + 1, 3 * y + 1).green) << x << ", " << y;
+  }
+}
+
 TEST(Picture, KeepsItsColours) {
   expectHalves(*pictureOf(halves("engine-halves.mp4", h264, "scale=out_color_matrix=bt709"), 200, 200));
 }
