@@ -54,7 +54,7 @@ def read_options():
     parser.add_argument("--rounds", type=int, help=f"how often each plays ({ROUNDS})")
     parser.add_argument("--seconds", type=int, help=f"how long each is looked at in each round ({SECONDS})")
     parser.add_argument("--smoke", action="store_true", help="shows that measuring works; the figures mean nothing")
-    parser.add_argument("--full", action="store_true", help=f"{lasting.LOADS_IN_FULL} instead of {lasting.LOADS} loads")
+    parser.add_argument("--full", action="store_true", help=f"{lasting.LOADS_IN_FULL} instead of {lasting.LOADS} loads, and sync after ten minutes, too")
     parser.add_argument("measures", nargs="*", metavar="MEASURE", help="all of them, if none is named")
     options = parser.parse_args()
     unknown = set(options.measures) - set(MEASURES)

@@ -3,6 +3,7 @@
 #include "hosts/gstreamer/UsualPlugins.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstring>
 #include <filesystem>
@@ -20,6 +21,14 @@ constexpr int glancesForReason = 10;
 constexpr Instant briefGlance = 4 * GST_MSECOND;
 /// Encoded sound that is read ahead, so that a disk that wakes up is not heard.
 constexpr guint64 readAheadTime = GST_SECOND;
+/// Of containers with a clock of their own. The first one has neither an index nor marks where key frames are: its
+/// parser goes to where the clock shows the time, behind the pictures of that time. So it is sent ahead of the place
+/// by as much, and farther where that was not enough; what comes before the place is decoded and left out. Seconds.
+constexpr const char* programStreamParser = "mpegpsdemux";
+constexpr const char* transportStreamParser = "tsdemux";
+constexpr std::array runUps = {2.0, 8.0, 32.0};
+/// A first picture that begins later after the place than this tells that the run-up was too short.
+constexpr GstClockTime mostLateStart = 150 * GST_MSECOND;
 constexpr const char* noSuchStream = "the file has no stream of the kind that was to be played";
 
 /// Streams of a container have what decoders need to know in their caps, the container itself has not.
@@ -44,9 +53,9 @@ std::string nameOf(const GstCaps& caps) {
   return name;
 }
 
-/// Media time in seconds that the segment at `pad` begins with, and the running time that belongs to it.
-GstClockTimeDiff runningTimeAt(double position, GstElement& sink) {
-  const GstClockTimeDiff time = nanoseconds(position);
+/// The running time at which `sink` plays what has this time in the medium.
+GstClockTimeDiff runningTimeAt(GstClockTime mediaTime, GstElement& sink) {
+  const auto time = static_cast<GstClockTimeDiff>(mediaTime);
   const Pad pad(gst_element_get_static_pad(&sink, "sink"));
   const Event event(gst_pad_get_sticky_event(pad.get(), GST_EVENT_SEGMENT, 0));
   const GstSegment* segment = nullptr;
@@ -73,6 +82,18 @@ GstEvent* withoutEnd(GstEvent* event) {
   GstEvent* open = gst_event_new_segment(&segment);
   gst_event_set_seqnum(open, gst_event_get_seqnum(old.get()));
   return open;
+}
+
+/// The same segment, of which nothing before `begin` is to be played. Takes `event` and gives another one.
+GstEvent* beginningAt(GstClockTime begin, GstEvent* event) {
+  const Event old(event);
+  const GstSegment* found = nullptr;
+  gst_event_parse_segment(old.get(), &found);
+  GstSegment segment = *found;
+  segment.start = segment.time = segment.position = begin;
+  GstEvent* later = gst_event_new_segment(&segment);
+  gst_event_set_seqnum(later, gst_event_get_seqnum(old.get()));
+  return later;
 }
 
 /// Whether the sink holds each sample back until its time, or begins as soon as it may.
@@ -131,7 +152,7 @@ void Pipeline::watchData() {
 GstPadProbeReturn Pipeline::seeData(GstPad*, GstPadProbeInfo* info, gpointer pipeline) {
   auto& self = *static_cast<Pipeline*>(pipeline);
   if (GST_IS_BUFFER(info->data)) {
-    self.hasData_ = true;
+    if (!self.hasData_.exchange(true)) self.dataSince_ = GST_BUFFER_PTS(GST_PAD_PROBE_INFO_BUFFER(info));
     return GST_PAD_PROBE_OK;
   }
   switch (GST_EVENT_TYPE(info->data)) {
@@ -167,9 +188,12 @@ bool Pipeline::addSource() {
 }
 
 void Pipeline::seeElement(GstBin*, GstBin*, GstElement* element, gpointer pipeline) {
-  const auto& tell = static_cast<Pipeline*>(pipeline)->setup_.tellElement;
+  auto& self = *static_cast<Pipeline*>(pipeline);
   GstElementFactory* factory = gst_element_get_factory(element);
-  if (tell && factory) tell(GST_OBJECT_NAME(factory));
+  if (!factory) return;
+  if (g_str_equal(GST_OBJECT_NAME(factory), programStreamParser)) self.hasClock_ = self.seeksRoughly_ = true;
+  if (g_str_equal(GST_OBJECT_NAME(factory), transportStreamParser)) self.hasClock_ = true;
+  if (self.setup_.tellElement) self.setup_.tellElement(GST_OBJECT_NAME(factory));
 }
 
 bool Pipeline::seek(double position, Precision precision, Round round) {
@@ -180,24 +204,49 @@ bool Pipeline::seek(double position, Precision precision, Round round) {
 }
 
 bool Pipeline::moveTo(double position, Precision precision, Round round) {
+  if (!seeksRoughly_) return jumpTo(position, 0.0, precision, round);
+  for (const double runUp : runUps) {
+    if (!jumpTo(position, runUp, precision, round)) return false;
+    if (!beginsTooLate()) break;
+  }
+  return true;
+}
+
+bool Pipeline::jumpTo(double position, double runUp, Precision precision, Round round) {
   const bool isNear = precision == Precision::KeyFrame;
   if (!isNear && round != round_) return true;
+  expectStill(position, isNear);
+  standsAt_ = position;
+  beginsAt_ = mediaTime(position);
+  const auto flags = static_cast<GstSeekFlags>(
+      GST_SEEK_FLAG_FLUSH |
+      (isNear ? GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_NEAREST : GST_SEEK_FLAG_ACCURATE));
+  const Instant target = static_cast<Instant>(mediaTime(position)) - nanoseconds(runUp);
+  if (!gst_element_seek_simple(pipeline_.get(), GST_FORMAT_TIME, flags, std::max<Instant>(0, target))) {
+    fail(Trouble::Where::Media, "the file cannot be sought in");
+    return false;
+  }
+  return isNear ? settle() : settle(round);
+}
+
+void Pipeline::expectStill(double position, bool isNear) {
   if (isNear) {
-    setup_.branch->expectStillNear(position);
+    setup_.branch->expectStillNear(static_cast<double>(mediaTime(position)) / GST_SECOND);
   } else {
     setup_.branch->expectStill(true);
   }
   shortcut_.endAtKeyFrame(isNear);
   setup_.branch->standStill();
-  standsAt_ = position;
-  const auto flags = static_cast<GstSeekFlags>(
-      GST_SEEK_FLAG_FLUSH | (precision == Precision::KeyFrame ? GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_NEAREST
-                                                              : GST_SEEK_FLAG_ACCURATE));
-  if (!gst_element_seek_simple(pipeline_.get(), GST_FORMAT_TIME, flags, nanoseconds(position))) {
-    fail(Trouble::Where::Media, "the file cannot be sought in");
-    return false;
-  }
-  return isNear ? settle() : settle(round);
+}
+
+GstClockTime Pipeline::mediaTime(double position) const {
+  return origin_ + static_cast<GstClockTime>(nanoseconds(position));
+}
+
+bool Pipeline::beginsTooLate() const {
+  if (setup_.branch->kind() != GST_STREAM_TYPE_VIDEO || !hasData_) return false;
+  const GstClockTime since = dataSince_;
+  return GST_CLOCK_TIME_IS_VALID(since) && since > beginsAt_ + mostLateStart;
 }
 
 /// Where a track ends, only trying tells for all kinds of files.
@@ -225,9 +274,9 @@ bool Pipeline::moveToLast(double position, Round round) {
 void Pipeline::run(double position, Instant instant) {
   setup_.branch->expectStill(false);
   GstElement& sink = setup_.branch->sink();
-  const GstClockTimeDiff base = instant - runningTimeAt(position, sink);
+  const GstClockTimeDiff base = instant - runningTimeAt(mediaTime(position), sink);
   gst_element_set_base_time(pipeline_.get(), static_cast<GstClockTime>(base));
-  if (!waitsByItself(sink)) waitUntil(base + runningTimeAt(standsAt_, sink));
+  if (!waitsByItself(sink)) waitUntil(base + runningTimeAt(mediaTime(standsAt_), sink));
   gst_element_set_state(pipeline_.get(), GST_STATE_PLAYING);
 }
 
@@ -405,7 +454,24 @@ GstPadProbeReturn Pipeline::dropUntilAttached(GstPad*, GstPadProbeInfo* info, gp
   return GST_PAD_PROBE_OK;
 }
 
+/// The first segment tells what the container's clock showed at the beginning. Those after a rough seek begin ahead
+/// of the place.
+GstPadProbeReturn Pipeline::seeSegment(GstPad*, GstPadProbeInfo* info, gpointer pipeline) {
+  auto& self = *static_cast<Pipeline*>(pipeline);
+  GstEvent* event = GST_PAD_PROBE_INFO_EVENT(info);
+  if (GST_EVENT_TYPE(event) != GST_EVENT_SEGMENT) return GST_PAD_PROBE_OK;
+  if (const GstClockTime begin = self.beginsAt_; GST_CLOCK_TIME_IS_VALID(begin)) {
+    if (self.seeksRoughly_) info->data = beginningAt(begin, event);
+  } else {
+    const GstSegment* first = nullptr;
+    gst_event_parse_segment(event, &first);
+    if (first->format == GST_FORMAT_TIME) self.origin_ = first->time;
+  }
+  return GST_PAD_PROBE_OK;
+}
+
 void Pipeline::attach(GstPad& pad, const GstCaps& caps) {
+  if (hasClock_) gst_pad_add_probe(&pad, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, seeSegment, this, nullptr);
   const Pad from = readAhead(pad);
   const GstStructure* structure = gst_caps_get_structure(&caps, 0);
   if (g_str_has_suffix(gst_structure_get_name(structure), "/x-raw")) {

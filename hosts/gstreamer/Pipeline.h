@@ -92,6 +92,10 @@ class Pipeline {
   bool build();
   bool addSource();
   bool moveTo(double position, Precision precision, Round round);
+  bool jumpTo(double position, double runUp, Precision precision, Round round);
+  void expectStill(double position, bool isNear);
+  GstClockTime mediaTime(double position) const;
+  bool beginsTooLate() const;
   bool moveToLast(double position, Round round);
   void fail(Trouble::Where where, std::string reason);
   bool settle(std::optional<Round> round = std::nullopt);
@@ -110,6 +114,7 @@ class Pipeline {
   static GstPadProbeReturn dropUntilAttached(GstPad* pad, GstPadProbeInfo* info, gpointer pipeline);
   void attach(GstPad& pad, const GstCaps& caps);
   void failToAttach(const GstCaps& caps, bool hasDecoder);
+  static GstPadProbeReturn seeSegment(GstPad* pad, GstPadProbeInfo* info, gpointer pipeline);
   void watchData();
   static GstPadProbeReturn seeData(GstPad* pad, GstPadProbeInfo* info, gpointer pipeline);
   bool attachThrough(const std::string& decoder, GstPad& pad, const GstCaps& caps);
@@ -126,6 +131,16 @@ class Pipeline {
   std::atomic<bool> interrupted_ = false;
   std::atomic<Round> round_ = 0;
   std::atomic<bool> hasData_ = false;
+  /// Of the first data since the pipeline was opened, or sought.
+  std::atomic<GstClockTime> dataSince_ = GST_CLOCK_TIME_NONE;
+  /// Whether the container has a clock of its own, which was running already when the film began, and what it showed
+  /// then.
+  std::atomic<bool> hasClock_ = false;
+  std::atomic<GstClockTime> origin_ = 0;
+  /// Whether the parser lands somewhere near the place that it is to seek, and not at a key frame.
+  std::atomic<bool> seeksRoughly_ = false;
+  /// Where what comes after a seek is to begin.
+  std::atomic<GstClockTime> beginsAt_ = GST_CLOCK_TIME_NONE;
   std::atomic<bool> isEmpty_ = false;
   mutable std::mutex mutex_;
   std::optional<Trouble> trouble_;

@@ -90,9 +90,6 @@ std::vector<FormatClip> plainClips() {
       FormatClip clip{"", container, picture, sound};
       if (picture == "H.263") clip.width = 176, clip.height = 144, clip.pixelShape = 12.0 / 11.0;
       if (picture == "DV") clip.width = 720, clip.height = 576, clip.rate = "25", clip.pixelShape = 16.0 / 15.0;
-      // GStreamer counts a program stream's time from where its clock begins, and seeks to no key frame in it:
-      // targets are missed by up to a second.
-      if (container == "MPEG-PS") clip.pictureSeconds = clip.soundSeconds = 6.0;
       clip.name = container + picture + sound;
       std::erase_if(clip.name, [](unsigned char c) { return std::isalnum(c) == 0; });
       clips.push_back(clip);

@@ -78,6 +78,7 @@ void Recording::take(GstElement& sink, const Sample& sample) {
   {
     const std::lock_guard lock(mutex_);
     if (GST_BUFFER_FLAG_IS_SET(buffer, GST_BUFFER_FLAG_GAP)) ++gaps_;
+    if (sound_.left.empty()) sound_.begin = seconds(static_cast<Instant>(position));
     for (std::size_t i = 0; i < frames; ++i) {
       sound_.left.push_back(samples[2 * i]);
       sound_.right.push_back(samples[2 * i + 1]);

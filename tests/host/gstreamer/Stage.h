@@ -37,6 +37,7 @@ class Recording {
   struct Sound {
     std::vector<float> left;
     std::vector<float> right;
+    double begin = 0.0;  ///< of the first sample, in seconds of its medium
   };
 
   /// A sink that keeps to the clock and records.
