@@ -23,6 +23,8 @@ constexpr double headStart = 0.25;
 constexpr int mostSkips = 3;
 /// A pipeline that is further ahead than this is not started yet: one that waits cannot be told anything.
 constexpr double mostAhead = 0.5;
+/// How often a hardware decoder is looked after.
+constexpr Instant decoderInterval = nanoseconds(0.25);
 /// How often the sound device is compared with the clock.
 constexpr Instant lagInterval = nanoseconds(0.2);
 /// A device that is later than this did not drift but stall, and the sound skips what it missed.
@@ -56,13 +58,19 @@ constexpr double lastPicture = 0.1;
 }  // namespace
 
 Deck::Deck(std::shared_ptr<Surroundings> surroundings, Setup setup)
-    : surroundings_(std::move(surroundings)),
-      setup_(std::move(setup)),
-      worker_(setup_.kind == Kind::Picture ? "film-picture" : "film-sound") {
+    : surroundings_(std::move(surroundings)), setup_(std::move(setup)), worker_(makeWorker()) {
   if (!setup_.board) return;
   maker_ = std::make_shared<PictureMaker>(setup_.board);
+  followBox();
+}
+
+std::unique_ptr<TaskThread> Deck::makeWorker() const {
+  return std::make_unique<TaskThread>(setup_.kind == Kind::Picture ? "film-picture" : "film-sound");
+}
+
+void Deck::followBox() {
   setup_.board->whenBoxChanges(
-      [queue = worker_.queue(), maker = maker_] { queue->post([maker] { maker->makeAgain(); }); });
+      [queue = worker_->queue(), maker = maker_] { queue->post([maker] { maker->makeAgain(); }); });
 }
 
 bool Deck::wantsPipeline() const {
@@ -105,7 +113,7 @@ void Deck::reorient(const Order& order) {
     if (hasPipeline()) dropPipeline();
   }
   if (order.volume && hasPipeline()) {
-    worker_.queue()->post([pipeline = pipeline_, volume = volume_] {
+    worker_->queue()->post([pipeline = pipeline_, volume = volume_] {
       if (auto* branch = static_cast<SoundBranch*>(pipeline->branch())) branch->setVolume(volume);
     });
   }
@@ -161,7 +169,7 @@ void Deck::advance() {
 
 void Deck::learn() {
   busy_ = true;
-  worker_.queue()->post([weak = weak_from_this(), surroundings = surroundings_, url = setup_.url] {
+  worker_->queue()->post([weak = weak_from_this(), surroundings = surroundings_, url = setup_.url] {
     surroundings->engine->post([weak, facts = surroundings->facts->facts(url)] {
       if (const auto deck = weak.lock()) deck->learned(facts);
     });
@@ -188,6 +196,7 @@ void Deck::openPipeline() {
   setup.path = setup_.path;
   setup.branch = makeBranch();
   setup.hardware = hardware_;
+  setup.decoderPatience = surroundings_->options.decoderPatience;
   setup.tellElement = surroundings_->options.tellElement;
   const auto tell = [weak = weak_from_this(), engine = surroundings_->engine](void (Deck::*task)()) {
     return [weak, engine, task] {
@@ -205,6 +214,18 @@ void Deck::openPipeline() {
   submit([target = standsAt_, precision = precisionAt(standsAt_)](Pipeline& pipeline) {
     return pipeline.open(target, precision);
   });
+  watchDecoder(pipeline_);
+}
+
+/// One that is stuck tells nothing, and whoever waits for it neither.
+void Deck::watchDecoder(const std::weak_ptr<Pipeline>& watched) {
+  surroundings_->engine->postAt(now() + decoderInterval, [weak = weak_from_this(), watched] {
+    const auto deck = weak.lock();
+    const auto pipeline = watched.lock();
+    if (!deck || !pipeline || deck->pipeline_ != pipeline) return;
+    if (deck->busy_ || deck->pipelineRuns_) pipeline->judgeDecoder();
+    if (deck->busy_ || pipeline->usesHardware()) deck->watchDecoder(watched);
+  });
 }
 
 std::unique_ptr<Branch> Deck::makeBranch() const {
@@ -214,16 +235,23 @@ std::unique_ptr<Branch> Deck::makeBranch() const {
 
 void Deck::dropPipeline() {
   pipeline_->interrupt();
-  worker_.queue()->post([pipeline = std::move(pipeline_)] { pipeline->close(); });
+  worker_->queue()->post([pipeline = std::move(pipeline_)] { pipeline->close(); });
   pipeline_.reset();
   pipelineRuns_ = false;
   busy_ = false;
   aim_.reset();
 }
 
+/// Leaves the thread to itself, which may never come back from closing a pipeline, and takes another one.
+void Deck::replaceWorker() {
+  worker_->end(0.0);
+  worker_ = makeWorker();
+  if (setup_.board) followBox();
+}
+
 void Deck::pausePipeline() {
   pipelineRuns_ = false;
-  worker_.queue()->post([pipeline = pipeline_] { pipeline->pause(); });
+  worker_->queue()->post([pipeline = pipeline_] { pipeline->pause(); });
 }
 
 void Deck::seekPipeline() {
@@ -258,7 +286,8 @@ Precision Deck::precisionAt(double position) const {
 
 void Deck::submit(Work work) {
   busy_ = true;
-  worker_.queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_, work] {
+  pipeline_->expectDecoding();
+  worker_->queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_, work] {
     const bool well = work(*pipeline);
     const Outcome outcome{well, pipeline->isEmpty(), pipeline->isEmpty() && pipeline->hasGrown()};
     engine->post([weak, pipeline, outcome] {
@@ -271,7 +300,9 @@ void Deck::submit(Work work) {
 void Deck::finished(const Outcome& outcome) {
   busy_ = false;
   const auto trouble = pipeline_->trouble();
-  if (outcome.well && !trouble) {
+  if (outcome.well && outcome.isEmpty && !trouble && pipeline_->waitsForHardware()) {
+    handle({Trouble::Where::HardwareDecoder, "the hardware decoder gives nothing"});
+  } else if (outcome.well && !trouble) {
     everReady_ = true;
     failedRetries_ = 0;
     lastReason_.clear();
@@ -286,9 +317,10 @@ void Deck::finished(const Outcome& outcome) {
 }
 
 void Deck::inspect() {
-  // The outcome of an operation that is under way tells of its trouble by itself.
-  if (busy_ || !hasPipeline()) return;
-  if (const auto trouble = pipeline_->trouble()) handle(*trouble);
+  if (!hasPipeline()) return;
+  const auto trouble = pipeline_->trouble();
+  // The outcome of an operation that is under way tells of its trouble by itself, if there is to be one.
+  if (trouble && (!busy_ || trouble->isStuck)) handle(*trouble);
 }
 
 void Deck::handle(const Trouble& trouble) {
@@ -296,6 +328,7 @@ void Deck::handle(const Trouble& trouble) {
   if (trouble.reason != lastReason_) std::fprintf(stderr, "%s: %s\n", setup_.path.c_str(), trouble.reason.c_str());
   lastReason_ = trouble.reason;
   dropPipeline();
+  if (trouble.isStuck) replaceWorker();
   switch (trouble.where) {
     case Trouble::Where::Sink:
       loseSound();
@@ -368,7 +401,7 @@ void Deck::giveUp() {
 void Deck::drained() {
   if (!pipelineRuns_) return;
   ++watch_;  // a device that has nothing more to play does not lag
-  worker_.queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_] {
+  worker_->queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_] {
     engine->post([weak, pipeline, hasGrown = pipeline->hasGrown()] {
       const auto deck = weak.lock();
       if (deck && deck->pipeline_ == pipeline && deck->pipelineRuns_) deck->runDry(hasGrown);
@@ -456,7 +489,8 @@ void Deck::join() {
 
 void Deck::runPipeline() {
   pipelineRuns_ = true;
-  worker_.queue()->post([pipeline = pipeline_, from = runningFrom_, since = runningSince_, delay = delay_] {
+  pipeline_->expectDecoding();
+  worker_->queue()->post([pipeline = pipeline_, from = runningFrom_, since = runningSince_, delay = delay_] {
     if (pipeline->branch()) pipeline->branch()->setDelay(delay);
     pipeline->run(from, since);
   });
@@ -465,7 +499,7 @@ void Deck::runPipeline() {
 
 void Deck::watchLag(std::uint64_t watch) {
   if (!pipelineRuns_ || watch != watch_) return;
-  worker_.queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_] {
+  worker_->queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_] {
     const auto lag = pipeline->branch() ? pipeline->branch()->lag() : std::nullopt;
     if (!lag) return;
     engine->post([weak, pipeline, lag] {
@@ -515,7 +549,7 @@ void Deck::followSound(double lag) {
   const double step = std::clamp(lag - delay_, -mostDelayStep, mostDelayStep);
   if (std::abs(step) < leastDelayStep || !pipelineRuns_) return;
   delay_ += step;
-  worker_.queue()->post([pipeline = pipeline_, delay = delay_] {
+  worker_->queue()->post([pipeline = pipeline_, delay = delay_] {
     if (pipeline->branch()) pipeline->branch()->setDelay(delay);
   });
 }
@@ -545,7 +579,7 @@ void Deck::close(std::function<void()> closed) {
   closing_ = true;
   pipelineRuns_ = false;  // the watch over the device's lag ends here
   if (hasPipeline()) pipeline_->interrupt();
-  worker_.queue()->post([pipeline = std::move(pipeline_), maker = maker_, engine = surroundings_->engine, closed] {
+  worker_->queue()->post([pipeline = std::move(pipeline_), maker = maker_, engine = surroundings_->engine, closed] {
     if (pipeline) pipeline->close();
     if (maker) maker->forget();
     engine->post(closed);

@@ -71,8 +71,14 @@ void PictureBranch::setDelay(double seconds) {
   g_object_set(sink_.get(), "ts-offset", gint64{nanoseconds(seconds)}, nullptr);
 }
 
+bool PictureBranch::hasInStore() const {
+  guint frames = 0;
+  g_object_get(queue_.get(), "current-level-buffers", &frames, nullptr);
+  return frames > 0;
+}
+
 void PictureBranch::take(Sample frame) {
-  if (frame) maker_->take(std::move(frame), orientation_);
+  if (frame && !left_) maker_->take(std::move(frame), orientation_);
 }
 
 GstPadProbeReturn PictureBranch::seeItem(GstPad*, GstPadProbeInfo* info, gpointer branch) {

@@ -22,6 +22,8 @@ class PictureBranch final : public Branch {
   void standStill() override { hasStill_ = false; }
   bool hasStill() const override { return hasStill_; }
   void setDelay(double seconds) override;
+  bool hasInStore() const override;
+  void leave() override { left_ = true; }
   void countDropped() override { board_->countDropped(); }
 
  private:
@@ -37,6 +39,7 @@ class PictureBranch final : public Branch {
   Element sink_;
   std::atomic<bool> expectsStill_ = true;
   std::atomic<bool> hasStill_ = false;
+  std::atomic<bool> left_ = false;
   /// Written and read by the thread that the frames come on.
   Orientation orientation_;
 };

@@ -27,6 +27,8 @@ struct Trouble {
   enum class Where { Media, HardwareDecoder, Sink };
   Where where = Where::Media;
   std::string reason;
+  /// A thread of the pipeline does not come back, so that closing it may last for ever.
+  bool isStuck = false;
 };
 
 /// One GStreamer pipeline: a file, the parser, the decoder of the one stream that is wanted, and its branch. Nothing
@@ -41,6 +43,7 @@ class Pipeline {
     std::string path;
     std::unique_ptr<Branch> branch;
     Hardware hardware = Hardware::Preferred;
+    double decoderPatience = 0.0;  ///< seconds; see `Options`
     std::function<void(const std::string& factory)> tellElement;
     /// Called on any thread when there is `trouble`, or when the end of the stream was reached while running.
     std::function<void()> troubled;
@@ -64,8 +67,15 @@ class Pipeline {
   void pause();
   void close();
 
-  /// Makes operations that wait return at once, from now on. Any thread.
-  void interrupt() { interrupted_ = true; }
+  /// Makes operations that wait return at once, from now on, and nothing come out any more. Any thread, until closed.
+  void interrupt();
+  /// The decoder is to do something from now on. Any thread.
+  void expectDecoding() { decoderMoved_ = now(); }
+  /// Makes it trouble if a hardware decoder is stuck, which is to do something. Any thread, until closed.
+  void judgeDecoder();
+  bool usesHardware() const { return usesHardware_; }
+  /// A hardware decoder was chosen, and has not given anything yet. Any thread.
+  bool waitsForHardware() const { return usesHardware_ && !hasDecoded_; }
   /// Any thread.
   std::optional<Trouble> trouble() const;
   /// Seconds, 0 when the file does not tell; once opened.
@@ -83,7 +93,8 @@ class Pipeline {
   bool addSource();
   bool moveTo(double position, Precision precision);
   bool moveToLast(double position);
-  void fail(Trouble::Where where, std::string reason);
+  void fail(Trouble trouble);
+  void fail(Trouble::Where where, std::string reason) { fail({where, std::move(reason)}); }
   bool settle();
   void failToPrepare();
   void waitUntil(Instant instant) const;
@@ -101,6 +112,8 @@ class Pipeline {
   void attach(GstPad& pad, const GstCaps& caps);
   void failToAttach(const GstCaps& caps, bool hasDecoder);
   void watchData();
+  void watchDecoder(GstElement& decoder);
+  static GstPadProbeReturn seeDecoderTake(GstPad* pad, GstPadProbeInfo* info, gpointer pipeline);
   static GstPadProbeReturn seeData(GstPad* pad, GstPadProbeInfo* info, gpointer pipeline);
   bool attachThrough(const std::string& decoder, GstPad& pad, const GstCaps& caps);
   Pad readAhead(GstPad& pad);
@@ -115,6 +128,11 @@ class Pipeline {
   std::atomic<bool> interrupted_ = false;
   std::atomic<bool> hasData_ = false;
   std::atomic<bool> isEmpty_ = false;
+  std::atomic<bool> isAtEnd_ = false;  ///< the end of the stream has been decoded
+  std::atomic<bool> usesHardware_ = false;
+  std::atomic<bool> hasDecoded_ = false;  ///< anything, since the pipeline was made
+  /// When the decoder last took or gave something, or was expected to.
+  std::atomic<Instant> decoderMoved_ = 0;
   mutable std::mutex mutex_;
   std::optional<Trouble> trouble_;
 };
