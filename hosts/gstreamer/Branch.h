@@ -36,6 +36,10 @@ class Branch {
   virtual std::optional<double> lag() const { return std::nullopt; }
   /// Lets everything come out `seconds` later than its time. Any thread, once built.
   virtual void setDelay(double) {}
+  /// Whether something decoded waits for its time here. Any thread, once built.
+  virtual bool hasInStore() const { return true; }
+  /// Nothing comes out any more, whatever still arrives. Any thread, once built.
+  virtual void leave() {}
   /// A frame was dropped, here or in a decoder. Any thread.
   virtual void countDropped() = 0;
 };

@@ -26,6 +26,8 @@ constexpr double headStart = 0.25;
 constexpr int mostSkips = 3;
 /// A pipeline that is further ahead than this is not started yet: one that waits cannot be told anything.
 constexpr double mostAhead = 0.5;
+/// How often a hardware decoder is looked after.
+constexpr Instant decoderInterval = nanoseconds(0.25);
 /// A file states its duration less precisely than this.
 constexpr double statedRoughly = 0.5;
 /// How often a file that grows is opened again where it had come to its end.
@@ -42,13 +44,19 @@ constexpr double lastPicture = 0.1;
 }  // namespace
 
 Deck::Deck(std::shared_ptr<Surroundings> surroundings, Setup setup)
-    : surroundings_(std::move(surroundings)),
-      setup_(std::move(setup)),
-      worker_(setup_.kind == Kind::Picture ? "film-picture" : "film-sound") {
+    : surroundings_(std::move(surroundings)), setup_(std::move(setup)), worker_(makeWorker()) {
   if (!setup_.board) return;
   maker_ = std::make_shared<PictureMaker>(setup_.board);
+  followBox();
+}
+
+std::unique_ptr<TaskThread> Deck::makeWorker() const {
+  return std::make_unique<TaskThread>(setup_.kind == Kind::Picture ? "film-picture" : "film-sound");
+}
+
+void Deck::followBox() {
   setup_.board->whenBoxChanges(
-      [queue = worker_.queue(), maker = maker_] { queue->post([maker] { maker->makeAgain(); }); });
+      [queue = worker_->queue(), maker = maker_] { queue->post([maker] { maker->makeAgain(); }); });
 }
 
 bool Deck::wantsPipeline() const {
@@ -91,7 +99,7 @@ void Deck::reorient(const Order& order) {
     if (hasPipeline()) dropPipeline();
   }
   if (order.volume && hasPipeline()) {
-    worker_.queue()->post([pipeline = pipeline_, volume = volume_] {
+    worker_->queue()->post([pipeline = pipeline_, volume = volume_] {
       if (auto* branch = static_cast<SoundBranch*>(pipeline->branch())) branch->setVolume(volume);
     });
   }
@@ -150,7 +158,7 @@ void Deck::advance() {
 
 void Deck::learn() {
   busy_ = true;
-  worker_.queue()->post([weak = weak_from_this(), surroundings = surroundings_, url = setup_.url] {
+  worker_->queue()->post([weak = weak_from_this(), surroundings = surroundings_, url = setup_.url] {
     surroundings->engine->post([weak, facts = surroundings->facts->facts(url)] {
       if (const auto deck = weak.lock()) deck->learned(facts);
     });
@@ -177,6 +185,7 @@ void Deck::openPipeline() {
   setup.path = setup_.path;
   setup.branch = makeBranch();
   setup.hardware = hardware_;
+  setup.decoderPatience = surroundings_->options.decoderPatience;
   setup.tellElement = surroundings_->options.tellElement;
   const auto tell = [weak = weak_from_this(), engine = surroundings_->engine](void (Deck::*task)()) {
     return [weak, engine, task] {
@@ -194,6 +203,18 @@ void Deck::openPipeline() {
   submit([target = standsAt_, precision = precisionAt(standsAt_)](Pipeline& pipeline) {
     return pipeline.open(target, precision);
   });
+  watchDecoder(pipeline_);
+}
+
+/// One that is stuck tells nothing, and whoever waits for it neither.
+void Deck::watchDecoder(const std::weak_ptr<Pipeline>& watched) {
+  surroundings_->engine->postAt(now() + decoderInterval, [weak = weak_from_this(), watched] {
+    const auto deck = weak.lock();
+    const auto pipeline = watched.lock();
+    if (!deck || !pipeline || deck->pipeline_ != pipeline) return;
+    if (deck->busy_ || deck->pipelineRuns_) pipeline->judgeDecoder();
+    if (deck->busy_ || pipeline->usesHardware()) deck->watchDecoder(watched);
+  });
 }
 
 std::unique_ptr<Branch> Deck::makeBranch() const {
@@ -203,16 +224,23 @@ std::unique_ptr<Branch> Deck::makeBranch() const {
 
 void Deck::dropPipeline() {
   pipeline_->interrupt();
-  worker_.queue()->post([pipeline = std::move(pipeline_)] { pipeline->close(); });
+  worker_->queue()->post([pipeline = std::move(pipeline_)] { pipeline->close(); });
   pipeline_.reset();
   pipelineRuns_ = false;
   busy_ = false;
   aim_.reset();
 }
 
+/// Leaves the thread to itself, which may never come back from closing a pipeline, and takes another one.
+void Deck::replaceWorker() {
+  worker_->end(0.0);
+  worker_ = makeWorker();
+  if (setup_.board) followBox();
+}
+
 void Deck::pausePipeline() {
   pipelineRuns_ = false;
-  worker_.queue()->post([pipeline = pipeline_] { pipeline->pause(); });
+  worker_->queue()->post([pipeline = pipeline_] { pipeline->pause(); });
 }
 
 void Deck::seekPipeline() {
@@ -253,7 +281,8 @@ Precision Deck::precisionAt(double position) const {
 
 void Deck::submit(Work work) {
   busy_ = true;
-  worker_.queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_, work] {
+  pipeline_->expectDecoding();
+  worker_->queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_, work] {
     const bool well = work(*pipeline);
     const Outcome outcome{well, pipeline->isEmpty(), pipeline->isEmpty() && pipeline->hasGrown()};
     engine->post([weak, pipeline, outcome] {
@@ -266,7 +295,9 @@ void Deck::submit(Work work) {
 void Deck::finished(const Outcome& outcome) {
   busy_ = false;
   const auto trouble = pipeline_->trouble();
-  if (outcome.well && !trouble) {
+  if (outcome.well && outcome.isEmpty && !trouble && pipeline_->waitsForHardware()) {
+    handle({Trouble::Where::HardwareDecoder, "the hardware decoder gives nothing"});
+  } else if (outcome.well && !trouble) {
     everReady_ = true;
     failedRetries_ = 0;
     lastReason_.clear();
@@ -281,9 +312,10 @@ void Deck::finished(const Outcome& outcome) {
 }
 
 void Deck::inspect() {
-  // The outcome of an operation that is under way tells of its trouble by itself.
-  if (busy_ || !hasPipeline()) return;
-  if (const auto trouble = pipeline_->trouble()) handle(*trouble);
+  if (!hasPipeline()) return;
+  const auto trouble = pipeline_->trouble();
+  // The outcome of an operation that is under way tells of its trouble by itself, if there is to be one.
+  if (trouble && (!busy_ || trouble->isStuck)) handle(*trouble);
 }
 
 void Deck::handle(const Trouble& trouble) {
@@ -291,6 +323,7 @@ void Deck::handle(const Trouble& trouble) {
   if (trouble.reason != lastReason_) std::fprintf(stderr, "%s: %s\n", setup_.path.c_str(), trouble.reason.c_str());
   lastReason_ = trouble.reason;
   dropPipeline();
+  if (trouble.isStuck) replaceWorker();
   switch (trouble.where) {
     case Trouble::Where::Sink:
       loseSound();
@@ -363,7 +396,7 @@ void Deck::giveUp() {
 void Deck::drained() {
   if (!pipelineRuns_) return;
   ++watch_;  // a device that has nothing more to play does not lag
-  worker_.queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_] {
+  worker_->queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_] {
     engine->post([weak, pipeline, hasGrown = pipeline->hasGrown()] {
       const auto deck = weak.lock();
       if (deck && deck->pipeline_ == pipeline && deck->pipelineRuns_) deck->runDry(hasGrown);
@@ -448,7 +481,8 @@ void Deck::join() {
 
 void Deck::runPipeline() {
   pipelineRuns_ = true;
-  worker_.queue()->post([pipeline = pipeline_, from = runningFrom_, since = runningSince_, delay = delay_] {
+  pipeline_->expectDecoding();
+  worker_->queue()->post([pipeline = pipeline_, from = runningFrom_, since = runningSince_, delay = delay_] {
     if (pipeline->branch()) pipeline->branch()->setDelay(delay);
     pipeline->run(from, since);
   });
@@ -463,7 +497,7 @@ void Deck::followDevice() {
 
 void Deck::watchLag(std::uint64_t watch) {
   if (!pipelineRuns_ || watch != watch_) return;
-  worker_.queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_, watch] {
+  worker_->queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_, watch] {
     const auto lag = pipeline->branch() ? pipeline->branch()->lag() : std::nullopt;
     if (!lag) return;
     engine->post([weak, watch, lag] {
@@ -501,7 +535,7 @@ void Deck::followSound(double lag) {
   if (lag == delay_) return;
   delay_ = lag;
   if (!hasPipeline()) return;
-  worker_.queue()->post([pipeline = pipeline_, delay = delay_] {
+  worker_->queue()->post([pipeline = pipeline_, delay = delay_] {
     if (pipeline->branch()) pipeline->branch()->setDelay(delay);
   });
 }
@@ -540,7 +574,7 @@ void Deck::close(std::function<void()> closed) {
   closing_ = true;
   pipelineRuns_ = false;  // the watch over the device's lag ends here
   if (hasPipeline()) pipeline_->interrupt();
-  worker_.queue()->post([pipeline = std::move(pipeline_), maker = maker_, engine = surroundings_->engine, closed] {
+  worker_->queue()->post([pipeline = std::move(pipeline_), maker = maker_, engine = surroundings_->engine, closed] {
     if (pipeline) pipeline->close();
     if (maker) maker->forget();
     // A film leaves holes between what stays, which the C library would keep for the next one.

@@ -96,7 +96,7 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   /// Ends everything. `closed` is called, on the engine's thread, when the last of the pipeline is gone.
   void close(std::function<void()> closed);
   /// Leaves the deck's thread to itself, which is stuck closing the pipeline.
-  void abandon() { worker_.end(0.0); }
+  void abandon() { worker_->end(0.0); }
 
  private:
   using Work = std::function<bool(Pipeline&)>;
@@ -116,6 +116,10 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   void learn();
   void learned(const host::MediaFacts& facts);
   void openPipeline();
+  std::unique_ptr<TaskThread> makeWorker() const;
+  void followBox();
+  void replaceWorker();
+  void watchDecoder(const std::weak_ptr<Pipeline>& watched);
   std::unique_ptr<Branch> makeBranch() const;
   void dropPipeline();
   void pausePipeline();
@@ -206,7 +210,7 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   bool closing_ = false;
 
   /// Last, so that its thread ends first.
-  TaskThread worker_;
+  std::unique_ptr<TaskThread> worker_;
 };
 
 }  // namespace gstreamer

@@ -75,12 +75,13 @@ std::vector<std::string> decodersFor(const GstCaps& caps, Hardware hardware) {
   const Factories fitting(gst_element_factory_list_filter(all.get(), &caps, GST_PAD_SINK, gst_caps_is_fixed(&caps)));
   const Factories sorted(
       g_list_sort(gst_plugin_feature_list_copy(fitting.get()), gst_plugin_feature_rank_compare_func));
-  std::vector<std::string> names;
+  std::vector<std::string> chips, names;
   for (const GList* entry = sorted.get(); entry; entry = entry->next) {
     auto* factory = GST_ELEMENT_FACTORY(entry->data);
-    if (hardware == Hardware::Avoided && isHardware(factory)) continue;
-    names.emplace_back(gst_plugin_feature_get_name(GST_PLUGIN_FEATURE(factory)));
+    auto& those = isHardware(factory) ? chips : names;
+    those.emplace_back(gst_plugin_feature_get_name(GST_PLUGIN_FEATURE(factory)));
   }
+  if (hardware == Hardware::Preferred) names.insert(names.begin(), chips.begin(), chips.end());
   return names;
 }
 

@@ -30,6 +30,8 @@ struct Options {
   /// Seconds for which the others of a transaction wait for a picture, which may have to be decoded from a key frame
   /// that lies far before it.
   double picturePatience = 3.0;
+  /// Seconds for which a hardware decoder may neither take nor give anything before it counts as stuck.
+  double decoderPatience = 2.5;
   /// Seconds between attempts to get at a sound device that failed, while the film plays.
   double soundRetry = 3.0;
   /// Seconds that the end of the engine waits for pipelines that do not close (a sound server that hangs).

@@ -90,8 +90,14 @@ void PictureBranch::takeStill(Sample frame) {
   take(std::move(frame));
 }
 
+bool PictureBranch::hasInStore() const {
+  guint frames = 0;
+  g_object_get(queue_.get(), "current-level-buffers", &frames, nullptr);
+  return frames > 0;
+}
+
 void PictureBranch::take(Sample frame) {
-  if (frame) maker_->take(std::move(frame), orientation_);
+  if (frame && !left_) maker_->take(std::move(frame), orientation_);
 }
 
 GstPadProbeReturn PictureBranch::seeItem(GstPad*, GstPadProbeInfo* info, gpointer branch) {

@@ -25,6 +25,8 @@ class PictureBranch final : public Branch {
   void standStill() override { hasStill_ = false; }
   bool hasStill() const override { return hasStill_; }
   void setDelay(double seconds) override;
+  bool hasInStore() const override;
+  void leave() override { left_ = true; }
   void countDropped() override { board_->countDropped(); }
 
  private:
@@ -44,6 +46,7 @@ class PictureBranch final : public Branch {
   std::atomic<bool> hasStill_ = false;
   /// Where about right is right enough, in seconds; none where only the very place is.
   std::atomic<double> near_ = std::numeric_limits<double>::quiet_NaN();
+  std::atomic<bool> left_ = false;
   /// Written and read by the thread that the frames come on.
   Orientation orientation_;
 };

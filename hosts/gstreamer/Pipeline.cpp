@@ -153,18 +153,22 @@ GstPadProbeReturn Pipeline::seeData(GstPad*, GstPadProbeInfo* info, gpointer pip
   auto& self = *static_cast<Pipeline*>(pipeline);
   if (GST_IS_BUFFER(info->data)) {
     if (!self.hasData_.exchange(true)) self.dataSince_ = GST_BUFFER_PTS(GST_PAD_PROBE_INFO_BUFFER(info));
+    self.hasDecoded_ = true;
+    self.expectDecoding();
     return GST_PAD_PROBE_OK;
   }
   switch (GST_EVENT_TYPE(info->data)) {
     case GST_EVENT_FLUSH_STOP:
       self.hasData_ = false;
       self.isEmpty_ = false;
+      self.isAtEnd_ = false;
       break;
     case GST_EVENT_SEGMENT:
       info->data = withoutEnd(GST_PAD_PROBE_INFO_EVENT(info));
       break;
     case GST_EVENT_EOS:
       self.isEmpty_ = !self.hasData_;
+      self.isAtEnd_ = true;
       break;
     default:
       break;
@@ -315,14 +319,28 @@ bool Pipeline::hasGrown() const {
   return sizeOf(setup_.path) > sizeWhenMade_;
 }
 
-void Pipeline::fail(Trouble::Where where, std::string reason) {
+void Pipeline::interrupt() {
+  interrupted_ = true;
+  if (setup_.branch) setup_.branch->leave();
+}
+
+/// What a hardware decoder does wrong is often told by others: whoever cannot hand it anything, for one. So it is
+/// blamed for whatever happens while it is there; software finds out whether it really was the media.
+void Pipeline::fail(Trouble trouble) {
+  if (trouble.where == Trouble::Where::Media && usesHardware_) trouble.where = Trouble::Where::HardwareDecoder;
   {
     const std::lock_guard lock(mutex_);
     // What fails afterwards fails because of the first.
     if (trouble_) return;
-    trouble_ = Trouble{where, std::move(reason)};
+    trouble_ = std::move(trouble);
   }
   if (setup_.troubled) setup_.troubled();
+}
+
+void Pipeline::judgeDecoder() {
+  if (!usesHardware_ || isAtEnd_ || now() - decoderMoved_ <= nanoseconds(setup_.decoderPatience)) return;
+  if (setup_.branch->hasInStore()) return;
+  fail({Trouble::Where::HardwareDecoder, "the hardware decoder does not answer", true});
 }
 
 bool Pipeline::settle(std::optional<Round> round) {
@@ -507,17 +525,34 @@ Pad Pipeline::readAhead(GstPad& pad) {
   return Pad(gst_element_get_static_pad(queue.get(), "src"));
 }
 
+void Pipeline::watchDecoder(GstElement& decoder) {
+  expectDecoding();
+  usesHardware_ = isHardwareDecoder(decoder);
+  if (!usesHardware_) return;
+  const Pad in(gst_element_get_static_pad(&decoder, "sink"));
+  gst_pad_add_probe(in.get(), GST_PAD_PROBE_TYPE_BUFFER, seeDecoderTake, this, nullptr);
+}
+
+GstPadProbeReturn Pipeline::seeDecoderTake(GstPad*, GstPadProbeInfo*, gpointer pipeline) {
+  static_cast<Pipeline*>(pipeline)->expectDecoding();
+  return GST_PAD_PROBE_OK;
+}
+
 bool Pipeline::attachThrough(const std::string& name, GstPad& pad, const GstCaps& caps) {
   const Element decoder = makeElement(name.c_str());
   if (!decoder) return false;
   if (setup_.branch->kind() == GST_STREAM_TYPE_VIDEO) limitThreads(*decoder, caps);
+  watchDecoder(*decoder);
+  // One whose device is not there says so before the pipeline would hear of it.
+  const bool opens = gst_element_set_state(decoder.get(), GST_STATE_READY) != GST_STATE_CHANGE_FAILURE;
   gst_bin_add(&bin(), decoder.get());
   const Pad in(gst_element_get_static_pad(decoder.get(), "sink"));
   if (setup_.branch->kind() == GST_STREAM_TYPE_VIDEO) shortcut_.lead(*decoder);
-  const bool fits = in && gst_element_link(decoder.get(), &setup_.branch->entry()) &&
+  const bool fits = opens && in && gst_element_link(decoder.get(), &setup_.branch->entry()) &&
                     gst_pad_link(&pad, in.get()) == GST_PAD_LINK_OK &&
                     gst_element_sync_state_with_parent(decoder.get());
   if (fits) return true;
+  usesHardware_ = false;
   gst_element_set_state(decoder.get(), GST_STATE_NULL);
   gst_bin_remove(&bin(), decoder.get());
   return false;

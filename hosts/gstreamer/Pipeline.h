@@ -28,6 +28,8 @@ struct Trouble {
   enum class Where { Media, HardwareDecoder, Sink };
   Where where = Where::Media;
   std::string reason;
+  /// A thread of the pipeline does not come back, so that closing it may last for ever.
+  bool isStuck = false;
 };
 
 /// One GStreamer pipeline: a file, the parser, the decoder of the one stream that is wanted, and its branch. Nothing
@@ -45,6 +47,7 @@ class Pipeline {
     std::string path;
     std::unique_ptr<Branch> branch;
     Hardware hardware = Hardware::Preferred;
+    double decoderPatience = 0.0;  ///< seconds; see `Options`
     std::function<void(const std::string& factory)> tellElement;
     /// Called on any thread when there is `trouble`, or when the end of the stream was reached while running.
     std::function<void()> troubled;
@@ -69,13 +72,20 @@ class Pipeline {
   void pause();
   void close();
 
-  /// Makes operations that wait return at once, from now on. Any thread.
-  void interrupt() { interrupted_ = true; }
+  /// Makes operations that wait return at once, from now on, and nothing come out any more. Any thread, until closed.
+  void interrupt();
+  /// The decoder is to do something from now on. Any thread.
+  void expectDecoding() { decoderMoved_ = now(); }
+  /// Makes it trouble if a hardware decoder is stuck, which is to do something. Any thread, until closed.
+  void judgeDecoder();
   /// The round of seeks that is on. Any thread.
   Round round() const { return round_; }
   /// Begins another round: somewhere else is wanted by now, and seeks of the rounds before need not arrive. Any
   /// thread.
   void outdateSeeks() { ++round_; }
+  bool usesHardware() const { return usesHardware_; }
+  /// A hardware decoder was chosen, and has not given anything yet. Any thread.
+  bool waitsForHardware() const { return usesHardware_ && !hasDecoded_; }
   /// Any thread.
   std::optional<Trouble> trouble() const;
   /// Seconds, 0 when the file does not tell; once opened.
@@ -97,7 +107,8 @@ class Pipeline {
   GstClockTime mediaTime(double position) const;
   bool beginsTooLate() const;
   bool moveToLast(double position, Round round);
-  void fail(Trouble::Where where, std::string reason);
+  void fail(Trouble trouble);
+  void fail(Trouble::Where where, std::string reason) { fail({where, std::move(reason)}); }
   bool settle(std::optional<Round> round = std::nullopt);
   void failToPrepare();
   void waitUntil(Instant instant) const;
@@ -116,6 +127,8 @@ class Pipeline {
   void failToAttach(const GstCaps& caps, bool hasDecoder);
   static GstPadProbeReturn seeSegment(GstPad* pad, GstPadProbeInfo* info, gpointer pipeline);
   void watchData();
+  void watchDecoder(GstElement& decoder);
+  static GstPadProbeReturn seeDecoderTake(GstPad* pad, GstPadProbeInfo* info, gpointer pipeline);
   static GstPadProbeReturn seeData(GstPad* pad, GstPadProbeInfo* info, gpointer pipeline);
   bool attachThrough(const std::string& decoder, GstPad& pad, const GstCaps& caps);
   Pad readAhead(GstPad& pad);
@@ -142,6 +155,11 @@ class Pipeline {
   /// Where what comes after a seek is to begin.
   std::atomic<GstClockTime> beginsAt_ = GST_CLOCK_TIME_NONE;
   std::atomic<bool> isEmpty_ = false;
+  std::atomic<bool> isAtEnd_ = false;  ///< the end of the stream has been decoded
+  std::atomic<bool> usesHardware_ = false;
+  std::atomic<bool> hasDecoded_ = false;  ///< anything, since the pipeline was made
+  /// When the decoder last took or gave something, or was expected to.
+  std::atomic<Instant> decoderMoved_ = 0;
   mutable std::mutex mutex_;
   std::optional<Trouble> trouble_;
 };

@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <filesystem>
 
-#include <gst/video/gstvideodecoder.h>
-
 namespace gstreamer {
 
 namespace {
@@ -42,47 +40,6 @@ void loadAndClose(Stage& stage, bool letItPlay) {
   picture->pause();
 }
 
-// A decoder that takes H.264 like one made of hardware, better than any other, and fails at the first picture.
-
-struct BrokenDecoder {
-  GstVideoDecoder parent;
-};
-struct BrokenDecoderClass {
-  GstVideoDecoderClass parent;
-};
-
-gboolean acceptFormat(GstVideoDecoder*, GstVideoCodecState*) {
-  return TRUE;
-}
-
-GstFlowReturn failToDecode(GstVideoDecoder* decoder, GstVideoCodecFrame* frame) {
-  gst_video_codec_frame_unref(frame);
-  GST_ELEMENT_ERROR(decoder, STREAM, DECODE, ("the chip is not there"), (nullptr));
-  return GST_FLOW_ERROR;
-}
-
-void initialiseClass(gpointer type, gpointer) {
-  gst_element_class_set_static_metadata(GST_ELEMENT_CLASS(type), "Broken decoder", "Codec/Decoder/Video/Hardware",
-                                        "Fails at the first picture", "Quillop");
-  const Caps in(gst_caps_from_string("video/x-h264, stream-format=avc, alignment=au"));
-  const Caps out(gst_caps_from_string("video/x-raw, format=I420"));
-  gst_element_class_add_pad_template(GST_ELEMENT_CLASS(type),
-                                     gst_pad_template_new("sink", GST_PAD_SINK, GST_PAD_ALWAYS, in.get()));
-  gst_element_class_add_pad_template(GST_ELEMENT_CLASS(type),
-                                     gst_pad_template_new("src", GST_PAD_SRC, GST_PAD_ALWAYS, out.get()));
-  auto* decoder = GST_VIDEO_DECODER_CLASS(type);
-  decoder->set_format = acceptFormat;
-  decoder->handle_frame = failToDecode;
-}
-
-void installBrokenDecoder() {
-  gst_init(nullptr, nullptr);
-  const GType type =
-      g_type_register_static_simple(GST_TYPE_VIDEO_DECODER, "QuillopBrokenDecoder", sizeof(BrokenDecoderClass),
-                                    initialiseClass, sizeof(BrokenDecoder), nullptr, static_cast<GTypeFlags>(0));
-  gst_element_register(nullptr, "quillopbrokendecoder", GST_RANK_PRIMARY + 1000, type);
-}
-
 /// For as long as it exists, there is no decoder for `format` in this process.
 class WithoutDecoders {
  public:
@@ -113,12 +70,6 @@ class WithoutDecoders {
   std::vector<std::pair<std::string, guint>> ranks_;
 };
 
-void removeBrokenDecoder() {
-  GstPluginFeature* feature = gst_registry_lookup_feature(gst_registry_get(), "quillopbrokendecoder");
-  gst_plugin_feature_set_rank(feature, GST_RANK_NONE);
-  gst_object_unref(feature);
-}
-
 }  // namespace
 
 TEST(Life, FiftyFilmsLeaveNoThreadAndNoDescriptorBehind) {
@@ -148,22 +99,6 @@ TEST(Life, TheEngineEndsWhileFilmsPlay) {
     picture->seek(1.0);
     EXPECT_EQ(picture->position(), 1.0);
   }
-}
-
-TEST(Life, AHardwareDecoderThatFailsIsReplacedBySoftware) {
-  installBrokenDecoder();
-  {
-    Stage stage;
-    Heard heard;
-    auto picture = stage.picture(film(), heard);
-    picture->play();
-    stage.engine().commit();
-    EXPECT_TRUE(stage.until([&] { return picture->pictures()->counts().shown > 5; }));
-    EXPECT_EQ(stage.elements().count("quillopbrokendecoder"), 1U);
-    EXPECT_EQ(stage.elements().count("avdec_h264"), 1U);
-    EXPECT_EQ(heard.failed, 0);
-  }
-  removeBrokenDecoder();
 }
 
 TEST(Life, AFilmWithoutADecoderIsRefusedAndItsFormatNamed) {

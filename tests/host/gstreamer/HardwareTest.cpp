@@ -1,0 +1,221 @@
+#include "tests/host/gstreamer/Stage.h"
+#include "tests/host/gstreamer/StandInDecoder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <ostream>
+
+namespace gstreamer {
+
+namespace {
+
+using Fault = StandInDecoder::Fault;
+
+constexpr double rate = 10.0;  ///< pictures a second
+
+/// Picture `n` of 90 is as bright as 16 + 2n: never white.
+std::string brightening(const std::string& name, const std::vector<std::string>& encoding) {
+  std::vector<std::string> arguments = {
+      "-f", "lavfi", "-i", "color=black:size=64x64:rate=10:duration=9,geq=lum='16+2*N':cb=128:cr=128",
+      "-f", "lavfi", "-i", "sine=frequency=440:sample_rate=48000:duration=9"};
+  arguments.insert(arguments.end(), encoding.begin(), encoding.end());
+  return clips::clip(name, arguments);
+}
+
+/// What the stand-in decodes.
+std::string film() {
+  return brightening("engine-hardware.mp4",
+                     {"-c:v", "libx264", "-crf", "1", "-bf", "0", "-g", "10", "-pix_fmt", "yuv420p", "-c:a", "aac"});
+}
+
+/// What it does not.
+std::string otherFilm() {
+  return brightening("engine-hardware-other.webm",
+                     {"-c:v", "libvpx", "-b:v", "2M", "-deadline", "realtime", "-c:a", "libvorbis"});
+}
+
+/// Sound and picture of one film, and whether that is where it should be.
+struct Film {
+  Heard heard;
+  std::unique_ptr<host::SoundPlayer> sound;
+  std::unique_ptr<host::PicturePlayer> picture;
+
+  Film(Stage& stage, const std::string& path)
+      : sound(stage.sound(path, heard)), picture(stage.picture(path, heard, 64, 64)) {}
+
+  void play() const { sound->play(), picture->play(); }
+  void seek(double seconds) const { picture->seek(seconds), sound->seek(seconds); }
+
+  int brightness() const {
+    const auto newest = picture->pictures()->newest();
+    return newest ? colourAt(*newest, 32, 32).green : 0;
+  }
+  bool isOfHardware() const { return brightness() > 250; }
+  /// Seconds of the film that the newest picture is from.
+  double shown() const { return std::lround(brightness() * 219.0 / 255.0 / 2.0) / rate; }
+  /// A picture of the film's own is shown, from where the film is.
+  bool isSeen() const {
+    return picture->pictures()->newest() && !isOfHardware() && std::fabs(shown() - picture->position()) < 0.4;
+  }
+};
+
+Options impatient() {
+  Options options;
+  options.decoderPatience = 0.5;
+  return options;
+}
+
+std::size_t softwareDecodersIn(const Stage& stage) {
+  const auto elements = stage.elements();
+  return elements.count("avdec_h264") + elements.count("openh264dec");
+}
+
+}  // namespace
+
+TEST(Hardware, IsUsedWhereItIs) {
+  const StandInDecoder decoder(Fault::None);
+  Stage stage;
+  Film film(stage, gstreamer::film());
+  film.play();
+  stage.engine().commit();
+  EXPECT_TRUE(stage.until([&] { return film.picture->position() > 0.5 && film.isOfHardware(); }));
+  EXPECT_EQ(softwareDecodersIn(stage), 0U);
+}
+
+TEST(Hardware, ThatWaitsForTheFilmIsNotTakenForStuck) {
+  const StandInDecoder decoder(Fault::None);
+  Stage stage(impatient());
+  Film film(stage, gstreamer::film());
+  stage.engine().commit();
+  ASSERT_TRUE(stage.until([&] { return film.isOfHardware(); }));
+  stage.loop().runFor(1.2);
+  film.play();
+  stage.engine().commit();
+  ASSERT_TRUE(stage.until([&] { return film.picture->position() > 1.2; }));
+  film.picture->pause(), film.sound->pause();
+  stage.engine().commit();
+  stage.loop().runFor(1.2);
+  film.seek(8.5);
+  film.play();
+  stage.engine().commit();
+  ASSERT_TRUE(stage.until([&] { return film.heard.ended > 0; }));
+  EXPECT_TRUE(film.isOfHardware());
+  EXPECT_EQ(softwareDecodersIn(stage), 0U);
+}
+
+struct FaultyDecoder {
+  const char* name;
+  Fault fault;
+  int goodPictures;
+};
+
+void PrintTo(const FaultyDecoder& decoder, std::ostream* where) {
+  *where << decoder.name;
+}
+
+class HardwareThat : public testing::TestWithParam<FaultyDecoder> {};
+
+TEST_P(HardwareThat, IsReplacedBySoftwareInTheSameLoad) {
+  {
+    const StandInDecoder decoder(GetParam().fault, GetParam().goodPictures);
+    Stage stage(impatient());
+    Film film(stage, gstreamer::film());
+    film.play();
+    stage.engine().commit();
+    EXPECT_TRUE(stage.until([&] { return film.picture->position() > 0.2 && film.isSeen(); }));
+    const double seen = film.picture->position();
+    EXPECT_TRUE(stage.until([&] { return film.picture->position() > seen + 0.5 && film.isSeen(); }));
+    EXPECT_NEAR(film.picture->position(), film.sound->position(), 0.001);
+    EXPECT_EQ(stage.elements().count(StandInDecoder::name), 1U);
+    EXPECT_EQ(softwareDecodersIn(stage), 1U);
+    EXPECT_EQ(film.heard.failed + film.heard.ended, 0);
+  }
+}
+
+TEST_P(HardwareThat, DoesNotLoseThePlaceThatWasSought) {
+  const StandInDecoder decoder(GetParam().fault, GetParam().goodPictures);
+  Stage stage(impatient());
+  Film film(stage, gstreamer::film());
+  film.play();
+  stage.engine().commit();
+  stage.loop().runFor(0.1);
+  film.picture->pause(), film.sound->pause();
+  film.seek(6.0);
+  stage.engine().commit();
+  stage.loop().runFor(0.1);
+  film.seek(4.0);
+  stage.engine().commit();
+  EXPECT_TRUE(stage.until([&] {
+    // With enough good pictures, it goes wrong only later.
+    return film.isOfHardware() || film.shown() == 4.0;
+  }));
+  film.play();
+  stage.engine().commit();
+  EXPECT_TRUE(stage.until([&] { return film.picture->position() > 4.5 && film.isSeen(); }));
+  EXPECT_EQ(film.heard.failed + film.heard.ended, 0);
+}
+
+TEST_P(HardwareThat, IsNotNoticedByTheOtherFilm) {
+  const StandInDecoder decoder(GetParam().fault, GetParam().goodPictures);
+  Stage stage(impatient());
+  Film other(stage, otherFilm());
+  other.play();
+  stage.engine().commit();
+  ASSERT_TRUE(stage.until([&] { return other.picture->position() > 0.3 && other.isSeen(); }));
+  const double begun = other.picture->position();
+  const Instant then = now();
+  Film film(stage, gstreamer::film());
+  film.play();
+  stage.engine().commit();
+  EXPECT_TRUE(stage.until([&] { return film.picture->position() > 0.2 && film.isSeen(); }));
+  EXPECT_NEAR(other.picture->position() - begun, seconds(now() - then), 0.05);
+  EXPECT_TRUE(stage.until([&] { return other.isSeen(); }));
+  const auto elements = stage.elements();
+  EXPECT_EQ(elements.count("vp8dec") + elements.count("avdec_vp8"), 1U);
+  EXPECT_EQ(elements.count("vorbisdec") + elements.count("avdec_vorbis"), 1U);
+  EXPECT_EQ(other.heard.failed + other.heard.ended, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, HardwareThat,
+                         testing::Values(FaultyDecoder{"DoesNotOpen", Fault::DoesNotOpen, 0},
+                                         FaultyDecoder{"RefusesTheFormat", Fault::RefusesTheFormat, 0},
+                                         FaultyDecoder{"GivesNothing", Fault::GivesNothing, 0},
+                                         FaultyDecoder{"FailsAtOnce", Fault::Fails, 0},
+                                         FaultyDecoder{"FailsLater", Fault::Fails, 12},
+                                         FaultyDecoder{"HangsAtOnce", Fault::Hangs, 0},
+                                         FaultyDecoder{"HangsLater", Fault::Hangs, 12}),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+/// A seek has to get past the thread that is stuck.
+TEST(Hardware, ThatHangsDoesNotKeepASeekWaiting) {
+  const StandInDecoder decoder(Fault::Hangs, 8);
+  Stage stage(impatient());
+  Film film(stage, gstreamer::film());
+  film.play();
+  stage.engine().commit();
+  ASSERT_TRUE(stage.until([&] { return film.picture->position() > 0.6; }));
+  film.picture->pause(), film.sound->pause();
+  film.seek(5.0);
+  stage.engine().commit();
+  EXPECT_TRUE(stage.until([&] { return film.shown() == 5.0; }));
+  EXPECT_EQ(film.picture->position(), 5.0);
+}
+
+TEST(Hardware, ThatHangsDoesNotKeepTheEngineFromEnding) {
+  const StandInDecoder decoder(Fault::Hangs, 0);
+  for (const double after : {0.2, 1.0}) {
+    Options options = impatient();
+    options.closingPatience = 0.5;
+    Stage stage(std::move(options));
+    Film film(stage, gstreamer::film());
+    film.play();
+    stage.engine().commit();
+    stage.loop().runFor(after);
+    stage.closeEngine();
+    EXPECT_EQ(stage.recording().openDevices(), 0);
+  }
+}
+
+}  // namespace gstreamer
