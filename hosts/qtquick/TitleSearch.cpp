@@ -20,7 +20,7 @@ QString folded(const QString& text) {
   for (const QChar letter : text.normalized(QString::NormalizationForm_KD)) {
     if (letter.category() != QChar::Mark_NonSpacing) letters += letter;
   }
-  return letters.toCaseFolded();
+  return letters.toUpper().toCaseFolded();  // upper case first, which takes a sharp s for two letters
 }
 
 QString firstLetter(const QString& title) {

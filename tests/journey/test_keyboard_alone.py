@@ -2,16 +2,23 @@
 always be seen."""
 
 from journey import FILM_A, FILM_B, Journey
-from processes import NotInTime, until
+from processes import until
 
 QUESTION = '"Quillop" would like to access your media library'
 HINT = "Click on this and select your videos"
 SWITCH = "Access to the media library"
 
+FOCUSED = "object:state-changed:focused"
+
 
 class KeyboardAlone(Journey):
-    def test_from_the_first_start_to_both_films_closed(self):
+    def setUp(self):
+        super().setUp()
         self.screen.point_at(0, 0)  # out of the window
+        self.reader = self.surroundings.screen_reader
+        self.place = self.reader.mark()
+
+    def test_from_the_first_start_to_both_films_closed(self):
         self.begin_anew(self.surroundings.new_home(FILM_A.title, FILM_B.title))
         self.answer_the_question()
         self.pass_the_tutorial()
@@ -24,7 +31,6 @@ class KeyboardAlone(Journey):
             self.close(film)
 
     def test_the_menu_of_the_window_leads_to_the_settings(self):
-        self.screen.point_at(0, 0)
         home = self.surroundings.new_home(FILM_A.title)
         home.know_the_app()
         program = self.start(home)
@@ -46,9 +52,28 @@ class KeyboardAlone(Journey):
         self.screen.key("space")
         self.assertEqual(program.exit_status(), 0)
 
+    @property
+    def focused(self):
+        """The name of what was told last to have the focus."""
+        self.reader.listen()
+        told = [each.name for each in self.reader.told[self.place :] if each.kind == FOCUSED and each.number == 1]
+        return told[-1] if told else None
+
+    def focus(self, name):
+        """Moves the focus with the Tab key until it is on the control of that name."""
+        passed = []
+        while self.focused != name:
+            if len(passed) > 30:
+                raise AssertionError(f"the Tab key never comes to '{name}', only to {passed}")
+            passed.append(self.focused)
+            place = self.reader.mark()
+            self.screen.key("Tab")
+            self.reader.until(lambda: any(each.kind == FOCUSED and each.number == 1 for each in self.reader.told[place:]),
+                              f"the focus to leave '{passed[-1]}'")
+
     def go_to(self, name):
-        """Moves the focus there with the Tab key, and looks for it."""
-        self.program.focus(name)
+        """The same, and looks for it."""
+        self.focus(name)
         self.see_the_focus_on(name)
 
     def see_the_focus_on(self, name):
@@ -99,20 +124,15 @@ class KeyboardAlone(Journey):
         until(lambda: self.screen.picture().has_frame(row.box), f"the focus to be seen on '{clip.title}'")
 
     def press_on(self, film, name, *keys):
-        """Presses keys on one of the film's controls. Controls that have left the screen meanwhile are shown again."""
-        for _ in range(4):
-            try:
-                if self.program.find(film.closing) is None:
-                    self.program.focus(f"Film {film.number}")
-                    self.screen.key("space")
-                    self.program.wait_for(film.closing)
-                self.program.focus(name)
-            except NotInTime:
-                continue
-            self.screen.key(*keys)
-            if self.program.find(film.closing) is not None:
-                return
-        raise AssertionError(f"the controls of film {film.number} always hide before the key is pressed")
+        """Presses keys on one of the film's controls, which are shown just before, so that they stay for seconds."""
+        self.focus(f"Film {film.number}")
+        if self.program.find(film.closing) is not None:
+            self.screen.key("space")
+            self.program.wait_until_gone(film.closing)
+        self.screen.key("space")
+        self.program.wait_for(film.closing)
+        self.focus(name)
+        self.screen.key(*keys)
 
     def pause_and_resume(self, film, clip):
         self.press_on(film, film.playing, "space")
@@ -137,21 +157,6 @@ class KeyboardAlone(Journey):
         self.hear(film, clip)
 
     def close(self, film):
-        self.press_on_closing(film)
+        self.press_on(film, film.closing, "Return")
         film.wait_for_view(lambda view: view.border is None, "an empty view")
         self.hear_nothing(film)
-
-    def press_on_closing(self, film):
-        """The key that closes a film takes its controls away."""
-        place = self.program.mark()
-        while not any("chiudo il film" in line for line in self.program.lines[place:]):
-            try:
-                if self.program.find(film.closing) is None:
-                    self.program.focus(f"Film {film.number}")
-                    self.screen.key("space")
-                    self.program.wait_for(film.closing)
-                self.program.focus(film.closing)
-            except NotInTime:
-                continue
-            self.screen.key("Return")
-            self.sound.take(0.3)

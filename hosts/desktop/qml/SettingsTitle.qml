@@ -12,6 +12,5 @@ Text {
 
     Accessible.role: Accessible.Heading
     Accessible.name: text
-    Accessible.focusable: false
     Accessible.ignored: !enabled
 }

@@ -4,12 +4,12 @@ import "qrc:/quillop/screen"
 
 // The menu of the window, below the bar at the top.
 Veil {
-    id: menu
+    id: page
 
     MouseArea {
         anchors.fill: parent
         acceptedButtons: Qt.AllButtons
-        onClicked: menu.node.close()
+        onClicked: page.node.close()
     }
     Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
@@ -32,7 +32,7 @@ Veil {
             width: parent.width - 16
 
             Repeater {
-                model: menu.node.titles
+                model: page.node.titles
 
                 T.MenuItem {
                     id: entry
@@ -55,7 +55,7 @@ Veil {
                         nextItemInFocusChain(by).forceActiveFocus(by ? Qt.TabFocusReason : Qt.BacktabFocusReason)
                     }
 
-                    onClicked: menu.node.choose(index)
+                    onClicked: page.node.choose(index)
                     Keys.onPressed: event => {
                         const isChoice = (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
                                          && !event.isAutoRepeat

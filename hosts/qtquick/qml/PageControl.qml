@@ -6,7 +6,6 @@ View {
 
     Accessible.role: Accessible.StaticText
     Accessible.name: node.accessibleName
-    Accessible.focusable: false
     Accessible.ignored: !enabled || node.accessibleName === ""
 
     Row {

@@ -90,7 +90,6 @@ ListView {
 
         Accessible.role: Accessible.StaticText
         Accessible.name: text
-        Accessible.focusable: false
         Accessible.ignored: !enabled || text === ""
     }
 
@@ -100,13 +99,13 @@ ListView {
         parent: list
         anchors.fill: parent
         z: 2
-        list: list
+        table: list
     }
     Loader {
         parent: list
         z: 1
         active: list.isLong
-        sourceComponent: FastScroller { list: list }
+        sourceComponent: FastScroller { table: list }
     }
     T.ScrollBar.vertical: T.ScrollBar {
         id: bar

@@ -4,7 +4,7 @@ import QtQuick
 Item {
     id: typing
 
-    required property ListView list
+    required property ListView table
     property string text: ""
     property bool isMissing: false
 
@@ -12,15 +12,15 @@ Item {
     function take(event) {
         const writes = event.text.length > 0 && event.text >= " " && event.text !== "\u007F"
         const commands = event.modifiers & (Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier)
-        if (!writes || commands || list.count === 0 || (text === "" && event.text === " "))
+        if (!writes || commands || table.count === 0 || (text === "" && event.text === " "))
             return false
         // A letter alone, and the same one again and again, goes on to the next title that begins with it.
         const repeats = [...text].every(letter => letter === event.text)
         const beginning = repeats ? event.text : text + event.text
-        const first = repeats ? (list.currentIndex + 1) % list.count : Math.max(0, list.currentIndex)
+        const first = repeats ? (table.currentIndex + 1) % table.count : Math.max(0, table.currentIndex)
         text += event.text
         end.restart()
-        if (list.node.search(beginning, first))
+        if (table.node.search(beginning, first))
             return true
         text = ""
         return false
@@ -33,11 +33,11 @@ Item {
         onTriggered: typing.text = ""
     }
     Connections {
-        target: typing.list.node
+        target: typing.table.node
         function onSearched(row) {
             typing.isMissing = row < 0
             if (row >= 0)
-                typing.list.goTo(row)
+                typing.table.goTo(row)
         }
     }
 
@@ -48,7 +48,7 @@ Item {
         height: words.implicitHeight + 20
         radius: 12
         color: "#232B30"
-        border { width: 1; color: typing.list.node.tint }
+        border { width: 1; color: typing.table.node.tint }
 
         Text {
             id: words
