@@ -152,6 +152,7 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
         options.spare = (desktop::runtimeFolder() + QStringLiteral("/library.db")).toStdString();
         return medialibrary::makeLibrary(eventLoop, std::move(options));
       });
+  screen.setListedItems([&] { return library.listed(); });
   desktop::PlayingDisplay display(bus, [&](bool isPlaying) { library.setGentle(isPlaying); });
   desktop::IndexingBar indexingBar(layers, library);
   QObject::connect(&wait, &desktop::LibraryWait::waitingChanged, &indexingBar,

@@ -59,7 +59,9 @@ void GuardedLibrary::prepare(std::function<void(bool isReady)> ready) {
 
 std::shared_ptr<const host::LibraryItems> GuardedLibrary::items(std::uint64_t mediaType) {
   auto* const library = readable();
-  return library != nullptr ? library->items(mediaType) : std::make_shared<const NoItems>();
+  auto items = library != nullptr ? library->items(mediaType) : std::make_shared<const NoItems>();
+  listed_ = items;
+  return items;
 }
 
 std::optional<medialibrary::FolderLibrary::Contents> GuardedLibrary::contents(std::uint64_t mediaType) {

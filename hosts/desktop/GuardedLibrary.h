@@ -37,6 +37,8 @@ class GuardedLibrary final : public QObject, public host::MediaLibrary {
   void prepare(std::function<void(bool isReady)> ready) override;
   /// Empty without access.
   std::shared_ptr<const host::LibraryItems> items(std::uint64_t mediaType) override;
+  /// The last answer of `items`, as long as somebody keeps it.
+  std::shared_ptr<const host::LibraryItems> listed() const { return listed_.lock(); }
   /// As `medialibrary::FolderLibrary` has it; none without access.
   std::optional<medialibrary::FolderLibrary::Contents> contents(std::uint64_t mediaType);
   /// As `medialibrary::FolderLibrary` has them; nothing to do, no files and no effect without access.
@@ -64,6 +66,7 @@ class GuardedLibrary final : public QObject, public host::MediaLibrary {
   Wait wait_;
   Open open_;
   std::vector<std::function<void(host::LibraryAccess)>> waiting_;
+  std::weak_ptr<const host::LibraryItems> listed_;
   bool isGentle_ = false;
   std::unique_ptr<medialibrary::FolderLibrary> library_;
 };

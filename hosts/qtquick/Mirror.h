@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hosts/qtquick/ScreenHost.h"
 #include "platform/uikit/FilmControls.h"
 #include "platform/uikit/UIWindow.h"
 
@@ -36,6 +37,9 @@ class Mirror final {
   /// Shows `window` from the next pass on; nothing when there is none.
   void setWindow(const Strong<UIWindow>& window);
   Strong<UIWindow> window() const { return window_.lock(); }
+  /// As `ScreenHost` has them.
+  void setListedItems(ListedItems items) { listedItems_ = std::move(items); }
+  std::shared_ptr<const host::LibraryItems> listedItems() const { return listedItems_ ? listedItems_() : nullptr; }
   /// Takes the window's changes and brings the items up to date.
   void pass();
   /// Escape or Back: what closes the topmost screen is pressed. False where there is nothing to close.
@@ -77,6 +81,7 @@ class Mirror final {
   QQmlEngine& engine_;
   QQuickItem& stage_;
   const host::Screen& screen_;
+  ListedItems listedItems_;
   Weak<UIWindow> window_;
   Weak<UIViewController> topmost_;
   bool inReach_ = true;

@@ -63,6 +63,8 @@ class ScreenHost::Implementation {
 
   void decorate(QQuickItem& item) { decorations_.add(item); }
 
+  void setListedItems(ListedItems items) { mirror_.setListedItems(std::move(items)); }
+
   void attach(const Strong<UIWindow>& window) {
     mirror_.setWindow(window);
     needsFrame();
@@ -131,6 +133,10 @@ void ScreenHost::cover(QQuickItem& item, std::function<void()> escape) {
 
 void ScreenHost::decorate(QQuickItem& item) {
   implementation_->decorate(item);
+}
+
+void ScreenHost::setListedItems(ListedItems items) {
+  implementation_->setListedItems(std::move(items));
 }
 
 void ScreenHost::needsFrame() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/foundation/NSObject.h"
+#include "platform/host/MediaLibrary.h"
 #include "platform/host/Screen.h"
 
 #include <functional>
@@ -26,6 +27,10 @@ void chooseGraphics();
 /// on threads of the screen host, several at a time.
 using ArtworkLoader = std::function<QImage(const std::string& path, int largestSidePixels)>;
 
+/// The items of the library that the app has in its lists, in the order of the rows; none where nobody knows. Tables
+/// only ask the app for rows in sight; this is how a title out of sight is found. Main thread.
+using ListedItems = std::function<std::shared_ptr<const host::LibraryItems>()>;
+
 /// What the person in front of the window did to it as a whole. Main thread, outside any turn.
 struct WindowEvents {
   std::function<void()> closed;  ///< asked for the window to be closed; it stays open until somebody hides it
@@ -50,6 +55,8 @@ class ScreenHost final : public host::Screen {
   QQuickWindow& window();
   /// Shows the window as this device does: over the whole screen where there is no window manager.
   void show();
+  /// Lets people find titles in lists by typing.
+  void setListedItems(ListedItems items);
   /// Draws `window` from now on, or nothing when there is none. The window is not kept alive.
   void attach(const Strong<UIWindow>& window);
   /// Lays `item`, which is not the app's, over everything in the window until it is destroyed, and gives it the

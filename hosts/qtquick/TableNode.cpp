@@ -1,5 +1,6 @@
 #include "hosts/qtquick/TableNode.h"
 
+#include "hosts/qtquick/Mirror.h"
 #include "hosts/qtquick/Pictures.h"
 #include "platform/foundation/RunLoop.h"
 
@@ -12,6 +13,10 @@ QString textOf(const Strong<UILabel>& label) {
 }
 
 }  // namespace
+
+TableNode::TableNode(Mirror& mirror, const Strong<UITableView>& table) : ViewNode(mirror, table) {
+  connect(&search_, &TitleSearch::searched, this, &TableNode::searched);
+}
 
 int TableNode::rows() const {
   const auto table = this->table();
@@ -64,6 +69,29 @@ void TableNode::scrollTo(double offset) const {
   if (!table) return;
   const RunLoop::Turn turn(RunLoop::main());
   table->setContentOffset({table->contentOffset().x, offset});
+}
+
+std::shared_ptr<const host::LibraryItems> TableNode::items() const {
+  const auto table = this->table();
+  auto items = mirror().listedItems();
+  if (!table || !items || table->visibleCells().empty()) return nullptr;
+  const auto& [row, cell] = *table->visibleCells().begin();
+  const bool isSame = items->count() == static_cast<std::size_t>(table->numberOfRows()) &&
+                      items->item(static_cast<std::size_t>(row)).title == cell->textLabel()->text();
+  return isSame ? items : nullptr;
+}
+
+bool TableNode::search(const QString& beginning, int first) {
+  const auto items = this->items();
+  if (!items) return false;
+  search_.begin(beginning, first, rows(), [items](int row) {
+    return QString::fromStdString(items->item(static_cast<std::size_t>(row)).title.value_or(std::string()));
+  });
+  return true;
+}
+
+QString TableNode::letter(int row) const {
+  return firstLetter(content(row).title);
 }
 
 }  // namespace qtquick

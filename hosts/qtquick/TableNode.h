@@ -1,6 +1,8 @@
 #pragma once
 
+#include "hosts/qtquick/TitleSearch.h"
 #include "hosts/qtquick/ViewNode.h"
+#include "platform/host/MediaLibrary.h"
 #include "platform/uikit/UITableView.h"
 
 #include <QUrl>
@@ -37,7 +39,7 @@ class TableNode final : public ViewNode {
   Q_PROPERTY(double offset READ offset NOTIFY changed)
 
  public:
-  TableNode(Mirror& mirror, const Strong<UITableView>& table) : ViewNode(mirror, table) {}
+  TableNode(Mirror& mirror, const Strong<UITableView>& table);
 
   bool takesTouches() const override { return true; }
   int rows() const;
@@ -52,9 +54,22 @@ class TableNode final : public ViewNode {
   Q_INVOKABLE qtquick::RowContent content(int row) const;
   Q_INVOKABLE void select(int row) const;
   Q_INVOKABLE void scrollTo(double offset) const;
+  /// Looks for the first row from `first` on, and around the end, whose title begins like that. `searched` tells
+  /// which one it is. False where the titles of rows out of sight are not known, and nothing is looked for.
+  Q_INVOKABLE bool search(const QString& beginning, int first);
+  /// The first letter of the title of a row in sight, for an alphabet; empty for other rows.
+  Q_INVOKABLE QString letter(int row) const;
+
+ signals:
+  /// With the row that was found, or -1 where there is none.
+  void searched(int row);
 
  private:
   Strong<UITableView> table() const { return viewAs<UITableView>(); }
+  /// The items that the rows stand for; none where that is not certain.
+  std::shared_ptr<const host::LibraryItems> items() const;
+
+  TitleSearch search_;
 };
 
 }  // namespace qtquick

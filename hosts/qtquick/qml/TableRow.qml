@@ -28,6 +28,8 @@ T.ItemDelegate {
         table.node.select(index)
     }
     onPressed: table.showsFocus = false
+    // A space is not for the row to be pressed by: it may be part of a title that is being typed.
+    Keys.forwardTo: [table]
     // The keyboard's way into the list ends here, at its current row.
     onVisualFocusChanged: if (visualFocus) table.showsFocus = true
 

@@ -49,11 +49,13 @@ ListView {
         case Qt.Key_Space:
         case Qt.Key_Return:
         case Qt.Key_Enter:
-            if (!event.isAutoRepeat)
+            // A space may be part of a title.
+            if (!event.isAutoRepeat && !(typing.text !== "" && typing.take(event)))
                 node.select(currentIndex)
             break
         default:
-            return
+            if (!typing.take(event))
+                return
         }
         event.accepted = true
     }
@@ -80,23 +82,40 @@ ListView {
         Accessible.ignored: !enabled
     }
 
+    TypeAhead {
+        id: typing
+
+        parent: list
+        anchors.fill: parent
+        z: 2
+        table: list
+    }
+    Loader {
+        parent: list
+        z: 1
+        active: list.isLong
+        sourceComponent: FastScroller { table: list }
+    }
     T.ScrollBar.vertical: T.ScrollBar {
         id: bar
 
         width: 28
         visible: size < 1
-        interactive: list.isLong
+        interactive: false
         minimumSize: Math.min(1, 48 / Math.max(1, height))
-        hoverEnabled: true
         padding: 4
+
+        Accessible.name: "Scroll bar"
+        Accessible.ignored: !enabled || !visible
 
         contentItem: Item {
             Rectangle {
                 anchors.right: parent.right
-                width: bar.pressed || bar.hovered ? 8 : 5
+                visible: !list.isLong
+                width: 5
                 height: parent.height
                 radius: width / 2
-                color: bar.pressed ? list.node.tint : "#8A979F"
+                color: "#8A979F"
             }
         }
     }

@@ -40,6 +40,7 @@ ScreenStage::ScreenStage(Options options) : screen_(paintedArtwork, {}) {
   if (!options.isFirstRun) {
     host_.defaults.values = {{"primoAvvio", std::string("2")}, {"primoAvvio2", std::string("2")}};
   }
+  screen_.setListedItems([this] { return host_.mediaLibrary.items(homeVideo); });
   window().resize(options.size);
   window().show();
   const bool isExposed = QTest::qWaitForWindowExposed(&window());
