@@ -27,6 +27,7 @@
 #include "hosts/desktop/StandardOutput.h"
 #include "hosts/desktop/TerminationSignals.h"
 #include "hosts/desktop/UserPresence.h"
+#include "hosts/desktop/WindowMenu.h"
 #include "hosts/desktop/WindowPlace.h"
 #include "hosts/gstreamer/Engine.h"
 #include "hosts/medialibrary/ArtworkMaker.h"
@@ -78,6 +79,18 @@ void comeForward(QQuickWindow& window) {
   window.requestActivate();
 }
 
+std::vector<desktop::WindowMenu::Entry> windowEntries(qtquick::ScreenHost& screen, desktop::SettingsPage& settings) {
+  auto& window = screen.window();
+  const bool isFull = window.windowStates() & Qt::WindowFullScreen;
+  std::vector<desktop::WindowMenu::Entry> entries{{QStringLiteral("Settings"), [&] { settings.open(); }}};
+  if (screen.isResizable()) {
+    const auto title = isFull ? QStringLiteral("Leave full screen") : QStringLiteral("Full screen");
+    entries.push_back({title, [&] { window.setWindowStates(window.windowStates() ^ Qt::WindowFullScreen); }});
+  }
+  entries.push_back({QStringLiteral("Quit"), end});
+  return entries;
+}
+
 void restore(QQuickWindow& window, const desktop::WindowPlace& place) {
   const auto remembered = place.remembered();
   if (!remembered) return;
@@ -104,6 +117,7 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
   desktop::DefaultsFile defaults(desktop::configurationFolder() + QStringLiteral("/defaults.json"));
   desktop::BundledResources resources;
   desktop::SettingsPage* settingsPage = nullptr;
+  desktop::WindowMenu* windowMenu = nullptr;
   desktop::DesktopServices services([&] { settingsPage->open(); });
   desktop::MailPrograms mail(eventLoop, (desktop::runtimeFolder() + QStringLiteral("/drafts")).toStdString());
   UIApplication* running = nullptr;  // between its launch and its end
@@ -131,7 +145,8 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
       [&](const auto& path, int largestSide) { return imageOf(artwork.picture(path, largestSide)); },
       {.closed = end,
        .hidden = [&] { background.set(desktop::BackgroundReason::WindowHidden, true); },
-       .shown = [&] { background.set(desktop::BackgroundReason::WindowHidden, false); }});
+       .shown = [&] { background.set(desktop::BackgroundReason::WindowHidden, false); },
+       .menuRequested = [&] { windowMenu->open(); }});
   mainWindow = &screen.window();
   const desktop::WindowPlace place(desktop::stateFolder() + QStringLiteral("/window.ini"));
   restore(*mainWindow, place);
@@ -160,6 +175,9 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
   desktop::SettingsPage settings(layers, access, library);
   desktop::Notice monoNotice(layers, QStringLiteral("The sound output is mono: both films are heard in both ears"));
   settingsPage = &settings;
+  desktop::WindowMenu menu(layers, [&] { return windowEntries(screen, settings); });
+  menu.offer();
+  windowMenu = &menu;
   // The keys by which people open the settings of any app, whatever the app shows.
   const QShortcut settingsKeys(QKeySequence(Qt::CTRL | Qt::Key_Comma), mainWindow, [&] { settings.open(); });
 

@@ -6,7 +6,8 @@
 
 namespace qtquick {
 
-Covers::Covers(QQuickItem& stage, std::function<void()> changed) : stage_(stage), changed_(std::move(changed)) {}
+Covers::Covers(QQuickItem& stage, std::function<Qt::FocusReason()> focusReason, std::function<void()> changed)
+    : stage_(stage), focusReason_(std::move(focusReason)), changed_(std::move(changed)) {}
 
 void Covers::add(QQuickItem& item, std::function<void()> escape) {
   item.setParentItem(&stage_);
@@ -39,7 +40,7 @@ void Covers::remove(const QObject* item) {
 
 void Covers::noteUppermost() {
   for (const auto& cover : covers_) cover.item->setEnabled(cover.item == covers_.back().item);
-  covers_.back().item->forceActiveFocus(Qt::OtherFocusReason);
+  covers_.back().item->forceActiveFocus(focusReason_());
 }
 
 }  // namespace qtquick

@@ -14,8 +14,9 @@ class Covers final : public QObject {
   Q_OBJECT
 
  public:
-  /// `changed` is called whenever the first one came or the last one went.
-  Covers(QQuickItem& stage, std::function<void()> changed);
+  /// `focusReason` is asked for the reason to give to one that gets the focus. `changed` is called whenever the first
+  /// one came or the last one went.
+  Covers(QQuickItem& stage, std::function<Qt::FocusReason()> focusReason, std::function<void()> changed);
 
   /// Lays `item` over the stage and everything that lies there already, as large as the stage, until it is destroyed.
   void add(QQuickItem& item, std::function<void()> escape);
@@ -34,6 +35,7 @@ class Covers final : public QObject {
   void noteUppermost();
 
   QQuickItem& stage_;
+  std::function<Qt::FocusReason()> focusReason_;
   std::function<void()> changed_;
   std::vector<Cover> covers_;  // from the bottom to the top
 };

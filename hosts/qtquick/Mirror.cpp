@@ -16,8 +16,13 @@
 
 namespace qtquick {
 
-Mirror::Mirror(QQmlEngine& engine, QQuickItem& stage, const host::Screen& screen)
-    : engine_(engine), stage_(stage), screen_(screen) {}
+Mirror::Mirror(QQmlEngine& engine, QQuickItem& stage, const host::Screen& screen,
+               std::function<Qt::FocusReason()> focusReason)
+    : engine_(engine),
+      stage_(stage),
+      screen_(screen),
+     
+      usualFocusReason_(std::move(focusReason)) {}
 
 Mirror::~Mirror() {
   screens_.clear();
@@ -130,7 +135,9 @@ bool Mirror::isSheet(const UIView& view) const {
 
 Qt::FocusReason Mirror::focusReason() const {
   const QQuickItem* item = stage_.window() == nullptr ? nullptr : stage_.window()->activeFocusItem();
-  bool isShown = item != nullptr && item->property("visualFocus").toBool();
+  // What had it may be gone: a question that was answered.
+  if (item == nullptr || item == &stage_) return usualFocusReason_();
+  bool isShown = item->property("visualFocus").toBool();
   // A list shows it at its current row.
   for (; item != nullptr && !isShown; item = item->parentItem()) isShown = item->property("showsFocus").toBool();
   return isShown ? Qt::TabFocusReason : Qt::OtherFocusReason;

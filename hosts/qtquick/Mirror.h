@@ -28,8 +28,10 @@ class ViewNode;
 /// The items standing for the views of one window. Main thread.
 class Mirror final {
  public:
-  /// Items are made by `engine`, into `stage`.
-  Mirror(QQmlEngine& engine, QQuickItem& stage, const host::Screen& screen);
+  /// Items are made by `engine`, into `stage`. `focusReason` is asked where the focus itself does not tell how it
+  /// came there.
+  Mirror(QQmlEngine& engine, QQuickItem& stage, const host::Screen& screen,
+         std::function<Qt::FocusReason()> focusReason);
   ~Mirror();
   Mirror(const Mirror&) = delete;
   Mirror& operator=(const Mirror&) = delete;
@@ -81,6 +83,7 @@ class Mirror final {
   QQmlEngine& engine_;
   QQuickItem& stage_;
   const host::Screen& screen_;
+  std::function<Qt::FocusReason()> usualFocusReason_;
   ListedItems listedItems_;
   Weak<UIWindow> window_;
   Weak<UIViewController> topmost_;

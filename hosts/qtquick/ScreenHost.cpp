@@ -40,11 +40,14 @@ bool hasWindowManager() {
 class ScreenHost::Implementation {
  public:
   Implementation(ArtworkLoader artwork, WindowEvents events, const host::Screen& screen)
-      : window_(std::move(events)),
-        mirror_(engine_, *window_.contentItem(), screen),
+      : menuRequested_(events.menuRequested),
+        window_(std::move(events)),
+        mirror_(engine_, *window_.contentItem(), screen, [this] { return window_.focusReason(); }),
         frame_(window_.contentItem(), [this] { prepareFrame(); }),
         decorations_(*window_.contentItem()),
-        covers_(*window_.contentItem(), [this] { noteCovers(); }) {
+        covers_(
+            *window_.contentItem(), [this] { return window_.focusReason(); }, [this] { noteCovers(); }) {
+    share(*engine_.rootContext());
     // The engine owns its image providers.
     engine_.addImageProvider(QLatin1String(artworkProviderName), new ArtworkProvider(std::move(artwork)));
     const auto resized = [this] { frame_.polish(); };
@@ -53,6 +56,13 @@ class ScreenHost::Implementation {
     QObject::connect(&window_, &StageWindow::escapePressed, &frame_, [this](bool& handled) { handled = escape(); });
     QObject::connect(&window_, &StageWindow::pressedTwice, &frame_, [this](QPointF point) {
       if (mirror_.isInBar(point) && hasWindowManager()) window_.toggleFullScreen();
+    });
+    QObject::connect(&window_, &StageWindow::pressedLong, &frame_, [this](QPointF point) {
+      if (mirror_.isInBar(point) && menuRequested_) menuRequested_();
+    });
+    QObject::connect(&window_, &StageWindow::menuKeyPressed, &frame_, [this](bool& handled) {
+      handled = mirror_.isMainScreenInReach() && menuRequested_;
+      if (handled) menuRequested_();
     });
   }
 
@@ -97,6 +107,7 @@ class ScreenHost::Implementation {
     return leavesFullScreen;
   }
 
+  std::function<void()> menuRequested_;
   MotionSetting motion_;
   QQmlEngine engine_;
   StageWindow window_;

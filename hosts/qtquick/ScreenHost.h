@@ -36,6 +36,9 @@ struct WindowEvents {
   std::function<void()> closed;  ///< asked for the window to be closed; it stays open until somebody hides it
   std::function<void()> hidden;  ///< the window is no longer in sight (minimised)
   std::function<void()> shown;   ///< it is again
+  /// Asked for the window's menu: with the Menu key or Shift and F10, or by resting a finger or pressing the right
+  /// button on a free place of the bar above the films. Not while anything lies over the main screen.
+  std::function<void()> menuRequested = nullptr;
 };
 
 /// Draws the view tree of one `UIWindow` in a window of its own and delivers touches, pointer, keys and the

@@ -15,7 +15,10 @@ StageWindow::StageWindow(WindowEvents events) : events_(std::move(events)) {
   resize(firstSize);
   setMinimumSize(smallestSize);
   setColor(background);
+  // Told to assistive technology and window managers.
+  setTitle(QStringLiteral("Quillop"));
   connect(this, &QWindow::windowStateChanged, this, [this] { noteSight(); });
+  connect(&longPress_, &LongPress::held, this, &StageWindow::pressedLong);
 }
 
 void StageWindow::toggleFullScreen() {
@@ -40,20 +43,33 @@ bool StageWindow::event(QEvent* event) {
     events_.closed();
     return true;
   }
+  longPress_.note(*event);
+  noteInput(*event);
   return QQuickWindow::event(event);
+}
+
+void StageWindow::noteInput(const QEvent& event) {
+  if (event.type() == QEvent::KeyPress) isLedByKeys_ = true;
+  if (event.type() == QEvent::MouseButtonPress || event.type() == QEvent::TouchBegin) isLedByKeys_ = false;
 }
 
 void StageWindow::keyPressEvent(QKeyEvent* event) {
   QQuickWindow::keyPressEvent(event);
-  if (event->isAccepted() || event->isAutoRepeat()) return;
-  if (event->key() == Qt::Key_F11) {
+  if (!event->isAccepted() && !event->isAutoRepeat()) pressUnwantedKey(*event);
+}
+
+void StageWindow::pressUnwantedKey(QKeyEvent& event) {
+  const bool isShifted = event.modifiers() == Qt::ShiftModifier;
+  bool handled = false;
+  if (event.key() == Qt::Key_F11) {
     toggleFullScreen();
-    event->accept();
-  } else if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_Back) {
-    bool handled = false;
+    handled = true;
+  } else if (event.key() == Qt::Key_Escape || event.key() == Qt::Key_Back) {
     emit escapePressed(handled);
-    event->setAccepted(handled);
+  } else if (event.key() == Qt::Key_Menu || (event.key() == Qt::Key_F10 && isShifted)) {
+    emit menuKeyPressed(handled);
   }
+  event.setAccepted(handled);
 }
 
 void StageWindow::mouseDoubleClickEvent(QMouseEvent* event) {

@@ -35,7 +35,9 @@ std::vector<host::LibraryItem> videos(std::size_t count) {
 
 }  // namespace
 
-ScreenStage::ScreenStage(Options options) : screen_(paintedArtwork, {}) {
+ScreenStage::ScreenStage(Options options)
+    : screen_(paintedArtwork,
+              {.closed = {}, .hidden = {}, .shown = {}, .menuRequested = [this] { ++menusRequested_; }}) {
   host_.mediaLibrary.itemsByType[homeVideo] = videos(options.videos);
   if (!options.isFirstRun) {
     host_.defaults.values = {{"primoAvvio", std::string("2")}, {"primoAvvio2", std::string("2")}};

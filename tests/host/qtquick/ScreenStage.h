@@ -62,9 +62,12 @@ class ScreenStage final {
   QQuickItem* named(const QString& name);
   /// The window's picture now.
   QImage grab();
+  /// How often the window's menu was asked for.
+  int menusRequested() const { return menusRequested_; }
   std::vector<std::string> takeLines() { return std::exchange(host_.console.lines, {}); }
 
  private:
+  int menusRequested_ = 0;
   simulated::Host host_;
   PaintedEngine engine_;
   qtquick::ScreenHost screen_;

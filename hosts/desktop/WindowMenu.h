@@ -1,0 +1,50 @@
+#pragma once
+
+#include "hosts/desktop/Layers.h"
+
+#include <QObject>
+#include <QQuickItem>
+
+#include <functional>
+#include <memory>
+
+namespace desktop {
+
+/// The menu of the window itself: the way to the settings for whoever has no keyboard, full screen, and the end. A
+/// layer of the system's own. Main thread.
+class WindowMenu final : public QObject {
+  Q_OBJECT
+  Q_PROPERTY(QStringList titles READ titles CONSTANT)
+
+ public:
+  struct Entry {
+    QString title;
+    std::function<void()> chosen;  ///< called once the menu has gone
+  };
+  /// What the menu has when it is opened.
+  using Entries = std::function<std::vector<Entry>()>;
+
+  /// `layers` outlives the menu. Until `offer`, assistive technology is not told of the menu.
+  WindowMenu(Layers& layers, Entries entries);
+
+  /// Lets assistive technology open the menu from the main screen, where nothing is to be seen of it.
+  void offer();
+  /// Shows the menu. Does nothing while it is shown already.
+  Q_INVOKABLE void open();
+  bool isShown() const { return layer_ != nullptr; }
+
+  // For the layer.
+  QStringList titles() const;
+  /// These take effect once the event that led here is dealt with, since they end the layer.
+  Q_INVOKABLE void choose(int entry);
+  Q_INVOKABLE void close();
+
+ private:
+  Layers& layers_;
+  Entries makeEntries_;
+  std::vector<Entry> entries_;
+  std::unique_ptr<QQuickItem> offer_;
+  std::unique_ptr<QQuickItem> layer_;
+};
+
+}  // namespace desktop
