@@ -1,9 +1,14 @@
 #include "hosts/desktop/Layers.h"
 
 #include <QQmlComponent>
+#include <QQmlContext>
 #include <QUrl>
 
 namespace desktop {
+
+Layers::Layers(qtquick::ScreenHost& screen) : screen_(screen) {
+  screen_.share(*engine_.rootContext());
+}
 
 std::unique_ptr<QQuickItem> Layers::open(const QString& name, QObject& node, std::function<void()> escape) {
   auto item = make(name, node);

@@ -15,7 +15,7 @@ namespace desktop {
 class Layers final {
  public:
   /// `screen` outlives the layers, and these outlive every layer that they made.
-  explicit Layers(qtquick::ScreenHost& screen) : screen_(screen) {}
+  explicit Layers(qtquick::ScreenHost& screen);
 
   /// Lays the component `name` of `qml/` over the app, with `node` as its property of that name, until the result is
   /// destroyed. Escape and Back call `escape`. `node` outlives the result.

@@ -1,5 +1,7 @@
 #include "hosts/qtquick/LabelNode.h"
 
+#include "hosts/qtquick/Contrast.h"
+#include "hosts/qtquick/Mirror.h"
 #include "hosts/qtquick/Pictures.h"
 
 #include <cmath>
@@ -13,7 +15,7 @@ QString LabelNode::text() const {
 
 QColor LabelNode::textColor() const {
   const auto label = this->label();
-  return label ? colour(label->textColor()) : QColor(Qt::white);
+  return label ? mirror().contrast().ink(colour(label->textColor())) : QColor(Qt::white);
 }
 
 int LabelNode::fontSize() const {

@@ -16,12 +16,12 @@
 
 namespace qtquick {
 
-Mirror::Mirror(QQmlEngine& engine, QQuickItem& stage, const host::Screen& screen,
+Mirror::Mirror(QQmlEngine& engine, QQuickItem& stage, const host::Screen& screen, const Contrast& contrast,
                std::function<Qt::FocusReason()> focusReason)
     : engine_(engine),
       stage_(stage),
       screen_(screen),
-     
+      contrast_(contrast),
       usualFocusReason_(std::move(focusReason)) {}
 
 Mirror::~Mirror() {
@@ -141,6 +141,11 @@ Qt::FocusReason Mirror::focusReason() const {
   // A list shows it at its current row.
   for (; item != nullptr && !isShown; item = item->parentItem()) isShown = item->property("showsFocus").toBool();
   return isShown ? Qt::TabFocusReason : Qt::OtherFocusReason;
+}
+
+void Mirror::readAgain() {
+  for (const auto& screen : screens_) emit screen->changed();
+  for (auto* const node : std::as_const(nodes_)) emit node->changed();
 }
 
 bool Mirror::movesThings() const {

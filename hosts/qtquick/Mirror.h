@@ -22,6 +22,7 @@ class Screen;
 
 namespace qtquick {
 
+class Contrast;
 class ScreenNode;
 class ViewNode;
 
@@ -30,7 +31,7 @@ class Mirror final {
  public:
   /// Items are made by `engine`, into `stage`. `focusReason` is asked where the focus itself does not tell how it
   /// came there.
-  Mirror(QQmlEngine& engine, QQuickItem& stage, const host::Screen& screen,
+  Mirror(QQmlEngine& engine, QQuickItem& stage, const host::Screen& screen, const Contrast& contrast,
          std::function<Qt::FocusReason()> focusReason);
   ~Mirror();
   Mirror(const Mirror&) = delete;
@@ -64,6 +65,10 @@ class Mirror final {
   /// The reason to give for moving the focus on from where it is: the keyboard's where the keyboard led there, so
   /// that the focus goes on being shown.
   Qt::FocusReason focusReason() const;
+  /// Which colours the desktop asks for.
+  const Contrast& contrast() const { return contrast_; }
+  /// Has all items read everything again.
+  void readAgain();
   /// Whether the desktop lets things move.
   bool movesThings() const;
 
@@ -83,6 +88,7 @@ class Mirror final {
   QQmlEngine& engine_;
   QQuickItem& stage_;
   const host::Screen& screen_;
+  const Contrast& contrast_;
   std::function<Qt::FocusReason()> usualFocusReason_;
   ListedItems listedItems_;
   Weak<UIWindow> window_;

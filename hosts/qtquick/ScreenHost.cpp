@@ -1,6 +1,7 @@
 #include "hosts/qtquick/ScreenHost.h"
 
 #include "hosts/qtquick/ArtworkProvider.h"
+#include "hosts/qtquick/Contrast.h"
 #include "hosts/qtquick/Covers.h"
 #include "hosts/qtquick/Decorations.h"
 #include "hosts/qtquick/Mirror.h"
@@ -10,6 +11,7 @@
 #include "platform/foundation/RunLoop.h"
 
 #include <QGuiApplication>
+#include <QQmlContext>
 #include <QQmlEngine>
 #include <QQuickItem>
 
@@ -42,7 +44,7 @@ class ScreenHost::Implementation {
   Implementation(ArtworkLoader artwork, WindowEvents events, const host::Screen& screen)
       : menuRequested_(events.menuRequested),
         window_(std::move(events)),
-        mirror_(engine_, *window_.contentItem(), screen, [this] { return window_.focusReason(); }),
+        mirror_(engine_, *window_.contentItem(), screen, contrast_, [this] { return window_.focusReason(); }),
         frame_(window_.contentItem(), [this] { prepareFrame(); }),
         decorations_(*window_.contentItem()),
         covers_(
@@ -53,6 +55,7 @@ class ScreenHost::Implementation {
     const auto resized = [this] { frame_.polish(); };
     QObject::connect(&window_, &QWindow::widthChanged, &frame_, resized);
     QObject::connect(&window_, &QWindow::heightChanged, &frame_, resized);
+    QObject::connect(&contrast_, &Contrast::changed, &frame_, [this] { mirror_.readAgain(); });
     QObject::connect(&window_, &StageWindow::escapePressed, &frame_, [this](bool& handled) { handled = escape(); });
     QObject::connect(&window_, &StageWindow::pressedTwice, &frame_, [this](QPointF point) {
       if (mirror_.isInBar(point) && hasWindowManager()) window_.toggleFullScreen();
@@ -73,6 +76,7 @@ class ScreenHost::Implementation {
 
   void decorate(QQuickItem& item) { decorations_.add(item); }
 
+  void share(QQmlContext& context) { context.setContextProperty(QStringLiteral("contrast"), &contrast_); }
   void setListedItems(ListedItems items) { mirror_.setListedItems(std::move(items)); }
 
   void attach(const Strong<UIWindow>& window) {
@@ -109,6 +113,7 @@ class ScreenHost::Implementation {
 
   std::function<void()> menuRequested_;
   MotionSetting motion_;
+  Contrast contrast_{PortalSetting::sessionBus()};
   QQmlEngine engine_;
   StageWindow window_;
   Mirror mirror_;
@@ -144,6 +149,10 @@ void ScreenHost::cover(QQuickItem& item, std::function<void()> escape) {
 
 void ScreenHost::decorate(QQuickItem& item) {
   implementation_->decorate(item);
+}
+
+void ScreenHost::share(QQmlContext& context) {
+  implementation_->share(context);
 }
 
 void ScreenHost::setListedItems(ListedItems items) {

@@ -9,6 +9,7 @@
 #include <string>
 
 class QImage;
+class QQmlContext;
 class QQuickItem;
 class QQuickWindow;
 class UIWindow;
@@ -72,6 +73,10 @@ class ScreenHost final : public host::Screen {
   /// over both. Only while none does, and nothing covers the app, `item` is enabled. It does not get the focus, and
   /// does not hear of Escape and Back. The item stays the caller's.
   void decorate(QQuickItem& item);
+
+  /// Tells `context` what the screens' own components know of the desktop, such as the contrast it wants. To be
+  /// called before components that lie over the app are made in it; the screen outlives it.
+  void share(QQmlContext& context);
 
   void needsFrame() override;
   double width() const override;

@@ -1,6 +1,7 @@
 #include "hosts/qtquick/ScreenNode.h"
 
 #include "hosts/qtquick/AlertNode.h"
+#include "hosts/qtquick/Contrast.h"
 #include "hosts/qtquick/Mirror.h"
 #include "hosts/qtquick/Pictures.h"
 #include "hosts/qtquick/ViewNode.h"
@@ -171,7 +172,17 @@ QRectF ScreenNode::sheet() const {
 
 QColor ScreenNode::sheetColor() const {
   const auto controller = controller_.lock();
-  return controller && controller->isViewLoaded() ? colour(controller->view()->backgroundColor()) : QColor();
+  return controller && controller->isViewLoaded()
+             ? mirror().contrast().ground(colour(controller->view()->backgroundColor()))
+             : QColor();
+}
+
+QString ScreenNode::title() const {
+  const auto controller = controller_.lock();
+  if (presentation() == nullptr || !controller || !controller->isViewLoaded()) return {};
+  const auto isLabel = [](const auto& view) { return std::dynamic_pointer_cast<UILabel>(view) != nullptr; };
+  const auto label = std::dynamic_pointer_cast<UILabel>(firstView(controller->view(), isLabel));
+  return label ? QString::fromStdString(label->text().value_or(std::string())) : QString();
 }
 
 QObject* ScreenNode::alert() const {

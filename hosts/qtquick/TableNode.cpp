@@ -1,5 +1,6 @@
 #include "hosts/qtquick/TableNode.h"
 
+#include "hosts/qtquick/Contrast.h"
 #include "hosts/qtquick/Mirror.h"
 #include "hosts/qtquick/Pictures.h"
 #include "platform/foundation/RunLoop.h"
@@ -51,9 +52,10 @@ RowContent TableNode::content(int row) const {
   content.title = textOf(cell->textLabel());
   content.detail = textOf(cell->detailTextLabel());
   content.picture = pictureUrl(cell->imageView()->image());
-  content.color = colour(cell->contentView()->backgroundColor());
-  content.titleColor = colour(cell->textLabel()->textColor());
-  if (cell->detailTextLabel()) content.detailColor = colour(cell->detailTextLabel()->textColor());
+  const auto& contrast = mirror().contrast();
+  content.color = contrast.ground(colour(cell->contentView()->backgroundColor()));
+  content.titleColor = contrast.ink(colour(cell->textLabel()->textColor()));
+  if (cell->detailTextLabel()) content.detailColor = contrast.ink(colour(cell->detailTextLabel()->textColor()));
   return content;
 }
 

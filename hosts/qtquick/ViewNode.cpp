@@ -2,6 +2,7 @@
 
 #include "hosts/qtquick/BalloonNode.h"
 #include "hosts/qtquick/ButtonNode.h"
+#include "hosts/qtquick/Contrast.h"
 #include "hosts/qtquick/ImageNode.h"
 #include "hosts/qtquick/LabelNode.h"
 #include "hosts/qtquick/LayerNode.h"
@@ -24,6 +25,7 @@ namespace qtquick {
 namespace {
 
 constexpr double sheetCornerRadius = 16;
+constexpr double strongBorder = 2;
 
 struct Kind {
   std::unique_ptr<ViewNode> node;
@@ -57,6 +59,10 @@ Kind kindOf(Mirror& mirror, const Strong<UIView>& view) {
   // A view that has a name is one that people use: it can be reached, pressed and named.
   const char* const component = view->accessibilityLabel().empty() ? "View" : "PressableView";
   return {std::make_unique<PlainViewNode>(mirror, view), component};
+}
+
+bool isLine(const UIView& view) {
+  return std::min(view.bounds().size.width, view.bounds().size.height) <= 1;
 }
 
 /// Where the item lies and how big it is before it is scaled.
@@ -134,7 +140,14 @@ void ViewNode::leaveFocusToFilm(const UIView& view) const {
 
 QColor ViewNode::color() const {
   const auto view = this->view();
-  return view ? colour(view->backgroundColor()) : QColor(Qt::transparent);
+  if (!view) return Qt::transparent;
+  const QColor usual = colour(view->backgroundColor());
+  return isLine(*view) ? mirror().contrast().ink(usual) : mirror().contrast().ground(usual);
+}
+
+bool ViewNode::isOutlined(const UIView& view) const {
+  const bool isPanel = view.backgroundColor().alpha > 0 && cornerRadius() > 0;
+  return isPanel && mirror().contrast().isHigh();
 }
 
 qreal ViewNode::cornerRadius() const {
@@ -145,7 +158,9 @@ qreal ViewNode::cornerRadius() const {
 
 qreal ViewNode::borderWidth() const {
   const auto view = this->view();
-  const double width = view ? view->layer()->borderWidth() : 0;
+  if (!view) return 0;
+  if (isOutlined(*view)) return strongBorder;
+  const double width = view->layer()->borderWidth();
   // Of a line that is narrower than a pixel some edges would be missing.
   const double ratio = item().window() == nullptr ? 1 : item().window()->effectiveDevicePixelRatio();
   return width > 0 ? std::max(width, 1 / (ratio * scaleOnScreen())) : 0;
@@ -153,7 +168,8 @@ qreal ViewNode::borderWidth() const {
 
 QColor ViewNode::borderColor() const {
   const auto view = this->view();
-  return view ? colour(view->layer()->borderColor()) : QColor(Qt::transparent);
+  if (!view) return Qt::transparent;
+  return isOutlined(*view) ? QColor(Qt::white) : colour(view->layer()->borderColor());
 }
 
 double ViewNode::scaleOnScreen() const {

@@ -76,6 +76,8 @@ class ViewNode : public Node {
     std::unique_ptr<Node> node;
   };
 
+  /// Whether it has an edge of its own in high contrast.
+  bool isOutlined(const UIView& view) const;
   void updateChildren(const UIView& view);
   std::unique_ptr<Node> makeChild(const Strong<CALayer>& layer);
   void leaveFocusToFilm(const UIView& view) const;

@@ -24,4 +24,12 @@ Item {
         radius: ring.radius - 1
         border { width: 2; color: "#FFFFFF" }
     }
+    // Where everything has a white edge, the focus has one of its own.
+    Rectangle {
+        anchors.fill: parent
+        visible: contrast.high
+        color: "transparent"
+        radius: ring.radius
+        border { width: 5; color: "#FFE14D" }
+    }
 }

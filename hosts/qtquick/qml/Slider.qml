@@ -104,6 +104,13 @@ T.Slider {
                 color: slider.node.tint
             }
         }
+        Rectangle {
+            anchors { fill: track; margins: -2 }
+            visible: contrast.high
+            color: "transparent"
+            radius: height / 2
+            border { width: 2; color: "#FFFFFF" }
+        }
         Text {
             id: elapsed
 

@@ -56,6 +56,13 @@ T.ItemDelegate {
                 visible: row.down || row.hovered
             }
         }
+        Rectangle {
+            anchors.fill: card
+            visible: contrast.high
+            color: "transparent"
+            radius: card.radius
+            border { width: 1; color: "#FFFFFF" }
+        }
         FocusRing {
             anchors.fill: card
             radius: card.radius
