@@ -1,5 +1,6 @@
 #include "hosts/qtquick/ScreenHost.h"
 
+#include "hosts/qtquick/AccessibleTree.h"
 #include "hosts/qtquick/ArtworkProvider.h"
 #include "hosts/qtquick/Contrast.h"
 #include "hosts/qtquick/Covers.h"
@@ -116,6 +117,7 @@ class ScreenHost::Implementation {
   Contrast contrast_{PortalSetting::sessionBus()};
   QQmlEngine engine_;
   StageWindow window_;
+  AccessibleTree accessibleTree_{window_};
   Mirror mirror_;
   FrameWork frame_;
   Decorations decorations_;

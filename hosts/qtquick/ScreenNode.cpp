@@ -7,6 +7,7 @@
 #include "hosts/qtquick/ViewNode.h"
 #include "platform/foundation/RunLoop.h"
 #include "platform/uikit/UIAlertController.h"
+#include "platform/uikit/UILabel.h"
 #include "platform/uikit/UIPageControl.h"
 #include "platform/uikit/UITableView.h"
 

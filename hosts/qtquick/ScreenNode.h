@@ -25,6 +25,7 @@ class ScreenNode final : public Node {
   Q_PROPERTY(int duration READ duration CONSTANT)
   Q_PROPERTY(QRectF sheet READ sheet NOTIFY changed)
   Q_PROPERTY(QColor sheetColor READ sheetColor NOTIFY changed)
+  Q_PROPERTY(QString title READ title NOTIFY changed)
   Q_PROPERTY(QObject* alert READ alert CONSTANT)
 
  public:
@@ -55,6 +56,8 @@ class ScreenNode final : public Node {
   int duration() const;
   QRectF sheet() const;
   QColor sheetColor() const;
+  /// What the screen is called: its first label. Empty for the root screen, for alerts, and where there is none.
+  QString title() const;
   QObject* alert() const;
 
  private:

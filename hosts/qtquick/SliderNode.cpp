@@ -46,10 +46,14 @@ bool SliderNode::showsTime() const {
   return film && film->position == slider;
 }
 
-QString SliderNode::elapsed() const {
+double SliderNode::second() const {
   // The app brings the value up once a second, a little after the whole second was asked of a player that took a
   // moment to start: 2.95 is the third second, not the second one.
-  return clockText(std::min(std::round(value()), maximum()));
+  return std::min(std::round(value()), maximum());
+}
+
+QString SliderNode::elapsed() const {
+  return clockText(second());
 }
 
 QString SliderNode::length() const {
@@ -57,7 +61,7 @@ QString SliderNode::length() const {
 }
 
 QString SliderNode::spokenValue() const {
-  if (showsTime()) return QStringLiteral("%1 of %2").arg(spokenTime(value()), spokenTime(maximum()));
+  if (showsTime()) return QStringLiteral("%1 of %2").arg(spokenTime(second()), spokenTime(maximum()));
   const double range = maximum() - minimum();
   return QStringLiteral("%1 percent").arg(range > 0 ? std::lround((value() - minimum()) / range * 100) : 0);
 }

@@ -46,6 +46,8 @@ class SliderNode final : public ViewNode {
   Q_INVOKABLE void adjust(double value) const;
 
  private:
+  /// The whole second that is told.
+  double second() const;
   Strong<UISlider> slider() const { return viewAs<UISlider>(); }
 };
 

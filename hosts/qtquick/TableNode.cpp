@@ -5,6 +5,8 @@
 #include "hosts/qtquick/Pictures.h"
 #include "platform/foundation/RunLoop.h"
 
+#include <QLocale>
+
 namespace qtquick {
 
 namespace {
@@ -32,6 +34,11 @@ double TableNode::rowHeight() const {
 QColor TableNode::tint() const {
   const auto table = this->table();
   return table ? colour(table->tintColor()) : QColor(Qt::white);
+}
+
+QString TableNode::countText() const {
+  return rows() == 1 ? QStringLiteral("1 item")
+                     : QLocale(QLocale::English).toString(rows()) + QStringLiteral(" items");
 }
 
 QString TableNode::emptyText() const {

@@ -35,6 +35,7 @@ class TableNode final : public ViewNode {
   Q_PROPERTY(int rows READ rows NOTIFY changed)
   Q_PROPERTY(double rowHeight READ rowHeight NOTIFY changed)
   Q_PROPERTY(QColor tint READ tint NOTIFY changed)
+  Q_PROPERTY(QString countText READ countText NOTIFY changed)
   Q_PROPERTY(QString emptyText READ emptyText NOTIFY changed)
   Q_PROPERTY(double offset READ offset NOTIFY changed)
 
@@ -45,6 +46,8 @@ class TableNode final : public ViewNode {
   int rows() const;
   double rowHeight() const;
   QColor tint() const;
+  /// How many rows there are, in words.
+  QString countText() const;
   /// What to show in the place of rows; empty where there are any, or where it is not known yet.
   QString emptyText() const;
   /// Points from the top of the content.

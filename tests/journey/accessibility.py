@@ -28,7 +28,8 @@ class AccessibilityBus:
         answer = session.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None,
                                    GLib.VariantType("(s)"), Gio.DBusCallFlags.NONE, 20000, None)
         self._session = session
-        self._bus = self._connect(answer.unpack()[0])
+        self.address = answer.unpack()[0]
+        self._bus = self._connect(self.address)
 
     @staticmethod
     def _connect(address):
@@ -160,6 +161,17 @@ class Node:
             except GLib.Error:
                 continue
         return None
+
+    def focused_path(self):
+        """What tells the innermost object with the keyboard's focus from all others, or None."""
+        path = None
+        for node in self.descendants():
+            try:
+                if node.is_focused:
+                    path = node.path
+            except GLib.Error:
+                continue
+        return path
 
     def shown_names(self):
         """The names of everything on the screen, in tree order."""

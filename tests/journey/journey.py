@@ -8,6 +8,7 @@ import unittest
 import clips
 from processes import until
 from program import Film, Home, Program
+from screenreader import ScreenReader
 
 FILM_A = clips.Clip("Film A", "white", 300, 30)
 FILM_B = clips.Clip("Film B", "orange", 1000, 30)
@@ -32,11 +33,14 @@ class Surroundings:
         self.folder = folder
         self._homes = tempfile.TemporaryDirectory(prefix="quillop-homes-", dir=folder)
         self._shared = None
+        self._screen_reader = None
         self._make_clips()
 
     def close(self):
         if self._shared is not None:
             self._shared.end()
+        if self._screen_reader is not None:
+            self._screen_reader.close()
         self._homes.cleanup()
 
     def clip_path(self, title):
@@ -75,6 +79,13 @@ class Surroundings:
         if not found:
             raise FileNotFoundError(f"{STAND_IN_DESKTOP} is neither in {' nor in '.join(places)}")
         return os.path.join(found[0], STAND_IN_DESKTOP)
+
+    @property
+    def screen_reader(self):
+        """The one client of the accessibility interface that all tests share."""
+        if self._screen_reader is None:
+            self._screen_reader = ScreenReader(self.stage.accessibility.address)
+        return self._screen_reader
 
     def shared_program(self):
         """A program with all films in its list. Started anew when the last one is gone."""
@@ -167,6 +178,16 @@ class Journey(unittest.TestCase):
 
     def hear(self, film, clip):
         return self.sound.until(lambda sound: self.plays(sound, film, clip), f"{clip.title} to be heard")
+
+    def hear_the_segment_that_is_seen(self, film, clip):
+        def agrees(sound):
+            segment = film.view().segment
+            return segment is not None and abs(sound.strongest(film.channel) - clip.tone_at(5 * segment)) < 6
+
+        self.sound.until(agrees, "the sound of the place that is seen")
+
+    def hear_the_beginning(self, film, clip):
+        self.sound.until(lambda sound: abs(sound.strongest(film.channel) - clip.tone_at(0)) < 6, "the beginning")
 
     def hear_nothing(self, film):
         """Until the film's channel is silent, and stays so: nothing but zeros."""

@@ -191,6 +191,17 @@ class Program:
             # A key that is pressed before the last one was served would lead past the control.
             passed.append(until(lambda: self._focus_other_than(passed[-1]), f"the focus to leave '{passed[-1]}'"))
 
+    def focus_table(self, film):
+        """Moves the focus with the Tab key into the film's table, onto its current row."""
+        for _ in range(4):
+            table = self.find(f"Videos for film {film.number}")
+            if table.is_focused or any(row.is_focused for row in table.children()):
+                return
+            before = self.root.focused_path()
+            self.stage.screen.key("Tab")
+            until(lambda: self.root.focused_path() not in (None, before), "the focus to move on")
+        raise AssertionError(f"the Tab key never comes to the table of film {film.number}")
+
     def _focus_other_than(self, name):
         focused = self.root.focused_name()
         return focused if focused != name else None

@@ -23,6 +23,20 @@ class Picture:
         x, y, width, height = (int(round(number)) for number in box)
         return Picture(self.pixels[max(y, 0) : y + height, max(x, 0) : x + width])
 
+    def has_frame(self, box):
+        """Whether a white line runs along each side of the box, or within a little distance of it."""
+        x, y, width, height = (int(round(number)) for number in box)
+        rows = slice(y + height // 5, y + height - height // 5)
+        columns = slice(x + width // 5, x + width - width // 5)
+        white = self.pixels.min(axis=2) > 240
+
+        def found(lines):
+            return any(line.size and line.mean() > 0.9 for line in lines)
+
+        near = range(-8, 28)
+        return (found(white[y + way, columns] for way in near) and found(white[y + height - way, columns] for way in near)
+                and found(white[rows, x + way] for way in near) and found(white[rows, x + width - way] for way in near))
+
     def save(self, path):
         """Writes a PNG file."""
         height, width, _ = self.pixels.shape

@@ -70,15 +70,8 @@ class Controls(Journey):
 
         self.film1.key_on(self.film1.position, "Home")
         self.film1.wait_for_view(lambda view: view.time is not None and view.time < 4, "the beginning")
-        self.sound.until(lambda sound: abs(sound.strongest(self.film1.channel) - FILM_A.tone_at(0)) < 6, "the beginning")
+        self.hear_the_beginning(self.film1, FILM_A)
         self.assert_still_plays(self.film2, FILM_B)
-
-    def hear_the_segment_that_is_seen(self, film, clip):
-        def agrees(sound):
-            segment = film.view().segment
-            return segment is not None and abs(sound.strongest(film.channel) - clip.tone_at(5 * segment)) < 6
-
-        self.sound.until(agrees, "the sound of the place that is seen")
 
     def test_seeking_while_paused_shows_the_place_and_stays_silent(self):
         self.film2.show_controls()

@@ -29,7 +29,7 @@ Strip {
         color: "#FFFFFF"
         font.pixelSize: 15
 
-        Accessible.role: Accessible.AlertMessage
+        Accessible.role: Accessible.Notification
         Accessible.name: text
         Accessible.ignored: !enabled
     }

@@ -3,11 +3,14 @@ import QtQuick.Templates as T
 import "qrc:/quillop/screen"
 
 // A title and a switch. Pressing asks for the other state; the switch shows the one that holds.
-T.AbstractButton {
+T.CheckBox {
     id: row
 
     required property string title
     required property bool on
+
+    checked: on
+    nextCheckState: () => checkState
 
     implicitHeight: Math.max(56, label.implicitHeight + 16)
     hoverEnabled: true
@@ -16,7 +19,6 @@ T.AbstractButton {
     Accessible.role: Accessible.CheckBox
     Accessible.name: title
     Accessible.checkable: enabled
-    Accessible.checked: on
     Accessible.readOnly: !enabled
     // Out of use it is still read out, with the reason.
     Accessible.ignored: !visible

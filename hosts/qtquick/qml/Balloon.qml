@@ -18,9 +18,8 @@ Item {
     enabled: false
     visible: node.shown
 
-    Accessible.role: Accessible.AlertMessage
-    Accessible.name: node.text
-    Accessible.ignored: !node.shown
+    // A balloon takes no input, so that only what it lies in tells whether a sheet is over it.
+    readonly property bool isInReach: node.shown && parent !== null && parent.enabled
 
     function within(position, extent, room) {
         return Math.round(Math.max(margin, Math.min(room - margin - extent, position)))
@@ -52,6 +51,10 @@ Item {
                                                        : balloon.source.y + balloon.source.height + distance
         readonly property real centredX: balloon.source.x + (balloon.source.width - width) / 2
         readonly property real centredY: balloon.source.y + (balloon.source.height - height) / 2
+
+        Accessible.role: Accessible.Notification
+        Accessible.name: balloon.node.text
+        Accessible.ignored: !balloon.isInReach
 
         width: Math.ceil(Math.min(text.implicitWidth + 32, balloon.node.maximumWidth,
                                   balloon.roomX - 2 * balloon.margin))

@@ -21,7 +21,11 @@ T.AbstractButton {
     Accessible.role: Accessible.Button
     Accessible.name: node.accessibleName
     Accessible.ignored: !enabled
-    Accessible.onPressAction: node.press()
+    // As with a click, the focus goes along: it is where somebody is who comes back from a sheet.
+    Accessible.onPressAction: {
+        button.forceActiveFocus(Qt.OtherFocusReason)
+        node.press()
+    }
 
     onClicked: node.press()
     Keys.onPressed: event => {

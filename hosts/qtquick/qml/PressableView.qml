@@ -17,7 +17,11 @@ T.AbstractButton {
     Accessible.name: node.accessibleName
     Accessible.focusable: node.tappable
     Accessible.ignored: !enabled
-    Accessible.onPressAction: node.tap()
+    Accessible.onPressAction: {
+        if (node.tappable)
+            view.forceActiveFocus(Qt.OtherFocusReason)
+        node.tap()
+    }
 
     onClicked: node.tapAt(Qt.point(pressX, pressY))
     Keys.onPressed: event => {

@@ -11,6 +11,10 @@ FocusScope {
     enabled: node.active
     visible: !node.covered
 
+    Accessible.role: Accessible.Dialog
+    Accessible.name: node.title
+    Accessible.ignored: !enabled || node.title === ""
+
     Behavior on progress {
         enabled: screen.node.moves
         NumberAnimation { duration: screen.node.duration; easing.type: Easing.OutCubic }

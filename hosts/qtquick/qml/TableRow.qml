@@ -20,6 +20,9 @@ T.ItemDelegate {
 
     Accessible.role: Accessible.ListItem
     Accessible.name: content.title + ", " + content.detail
+    Accessible.description: (index + 1) + " of " + table.count
+    Accessible.selectable: true
+    Accessible.selected: ListView.isCurrentItem && table.activeFocus
     Accessible.ignored: !enabled || content.title === ""
     Accessible.onPressAction: row.clicked()
 

@@ -26,7 +26,7 @@ ListView {
 
     Accessible.role: Accessible.List
     Accessible.name: node.accessibleName
-    Accessible.description: node.emptyText
+    Accessible.description: count > 0 ? node.countText : node.emptyText
     Accessible.focusable: true
     Accessible.ignored: !enabled
 
@@ -79,7 +79,7 @@ ListView {
 
         Accessible.role: Accessible.StaticText
         Accessible.name: text
-        Accessible.ignored: !enabled
+        Accessible.ignored: !enabled || text === ""
     }
 
     TypeAhead {

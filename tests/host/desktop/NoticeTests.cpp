@@ -21,7 +21,7 @@ TEST_F(NoticeTest, IsTold) {
   EXPECT_EQ(told(), nullptr);
   notice.show();
   ASSERT_NE(told(), nullptr);
-  EXPECT_EQ(told()->role(), QAccessible::AlertMessage);
+  EXPECT_EQ(told()->role(), QAccessible::Notification);
 }
 
 TEST_F(NoticeTest, IsOneHoweverOftenItIsShown) {

@@ -130,7 +130,8 @@ namespace {
 
 QQuickItem* findNamed(QAccessibleInterface* from, const QString& name) {
   if (from == nullptr) return nullptr;
-  if (from->text(QAccessible::Name) == name) return qobject_cast<QQuickItem*>(from->object());
+  auto* const item = qobject_cast<QQuickItem*>(from->object());
+  if (item != nullptr && from->text(QAccessible::Name) == name) return item;
   for (int child = 0; child < from->childCount(); ++child) {
     if (auto* const found = findNamed(from->child(child), name)) return found;
   }
