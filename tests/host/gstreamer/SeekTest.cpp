@@ -38,7 +38,8 @@ const std::vector<Writing> writings = {
     {"ProgramStreamOfFewKeyFrames", "mpg", {"-c:v", "mpeg2video", "-q:v", "2", "-g", "100", "-c:a", "mp2"}, 3},
     {"Avi", "avi", {"-c:v", "mpeg4", "-q:v", "2", "-g", "50", "-c:a", "pcm_s16le"}},
     {"Flv", "flv", {"-c:v", "libx264", "-g", "50", "-bf", "0", "-c:a", "aac"}},
-    {"Ogg", "ogv", {"-c:v", "libtheora", "-q:v", "10", "-g", "50", "-c:a", "libvorbis"}}};
+    {"Ogg", "ogv", {"-c:v", "libtheora", "-q:v", "10", "-g", "50", "-c:a", "libvorbis"}},
+    {"WebM", "webm", {"-c:v", "libvpx", "-b:v", "1M", "-deadline", "realtime", "-g", "50", "-c:a", "libvorbis"}}};
 
 /// A film of ten seconds whose left half tells the second and whose right half the frame in it, by their brightness;
 /// in every second there is a short tone that tells the second by its height.
