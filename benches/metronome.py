@@ -58,7 +58,7 @@ class _Playing:
 
 
 class Metronome:
-    """Flashes in the box of the screen and clicks on both sides at `instants` (monotonic), `until_done`."""
+    """Flashes in the box of the screen and clicks on both sides at `instants` (monotonic)."""
 
     def __init__(self, ground, box, instants):
         self._display = ground.display
@@ -89,11 +89,9 @@ class Metronome:
             self._playing.write(numpy.where(counters < LASTING * RATE, 0.8 * numpy.cos(2 * numpy.pi * 1000 / RATE * counters), 0))
             clicked = counters[-1] + 1
 
-    def until_done(self):
+    def close(self):
+        """Returns once the last instant is over."""
         for thread in self._threads:
             thread.join()
-
-    def close(self):
-        self.until_done()
         self._playing.close()
         self._display.close_window(self._window)

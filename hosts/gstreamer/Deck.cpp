@@ -511,9 +511,11 @@ void Deck::watchLag(std::uint64_t watch) {
 }
 
 void Deck::lags(double lag) {
-  switch (pace_.take(lag)) {
+  const bool knewStart = pace_.startLag().has_value();
+  const auto advice = pace_.take(lag);
+  if (!knewStart) surroundings_->startLag = pace_.startLag().value_or(surroundings_->startLag);
+  switch (advice) {
     case SoundPace::Advice::Follow:
-      surroundings_->startLag = pace_.startLag().value_or(surroundings_->startLag);
       surroundings_->deckLags(*this, pace_.delay());
       break;
     case SoundPace::Advice::Skip:
