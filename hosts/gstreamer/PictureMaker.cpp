@@ -1,5 +1,6 @@
 #include "hosts/gstreamer/PictureMaker.h"
 
+#include "hosts/gstreamer/BlueWeight.h"
 #include "hosts/gstreamer/ToneMapping.h"
 
 #include <libyuv.h>
@@ -53,16 +54,6 @@ Colours coloursOf(const GstCaps& caps, const GstVideoInfo& info) {
     colours.matrix =
         GST_VIDEO_INFO_HEIGHT(&info) >= highDefinition ? GST_VIDEO_COLOR_MATRIX_BT709 : GST_VIDEO_COLOR_MATRIX_BT601;
   return colours;
-}
-
-/// `own` with the weight of blue that its standard asks for, in 64ths: libyuv cuts it off at 2, which takes up to 16
-/// of 255 from a saturated blue. Only the layout for Intel processors has room for more than 128 of them.
-libyuv::YuvConstants withBlue([[maybe_unused]] int weight, libyuv::YuvConstants own) {
-#if !defined(__aarch64__) && !defined(__arm__)
-  // Blue takes nothing from red: every other weight is 0.
-  for (std::size_t i = 0; i < std::size(own.kUVToB); i += 2) own.kUVToB[i] = static_cast<std::uint8_t>(weight);
-#endif
-  return own;
 }
 
 const libyuv::YuvConstants& constantsOf(const Colours& colours) {
