@@ -1,7 +1,7 @@
 #include "hosts/gstreamer/PictureMaker.h"
 
 #include "hosts/gstreamer/BlueWeight.h"
-#include "hosts/gstreamer/ToneMapping.h"
+#include "hosts/probe/ToneMapping.h"
 
 #include <libyuv.h>
 #include <libyuv/row.h>
@@ -291,7 +291,7 @@ class PictureMaker::Drawing {
       return make(y.wide(), y.wideStride(), u.wide(), u.wideStride(), v.wide(), v.wideStride(), to.data, to.stride,
                   &constantsOf(frame.colours()), size.width, size.height) == 0;
     };
-    const ToneMapping* toScreen = toneMappingFor(frame.colours());
+    const probe::ToneMapping* toScreen = toneMappingFor(frame.colours());
     if (!toScreen) return pixels(toPixels, target);
     if (!pixels(toDeepPixels, target)) return false;
     for (int row = 0; row < size.height; ++row) {
@@ -302,12 +302,12 @@ class PictureMaker::Drawing {
   }
 
   /// None for films of ordinary range. Made once: a film does not change from one to the other.
-  const ToneMapping* toneMappingFor(const Colours& colours) {
+  const probe::ToneMapping* toneMappingFor(const Colours& colours) {
     const bool quantized = colours.transfer == GST_VIDEO_TRANSFER_SMPTE2084;
     if (!quantized && colours.transfer != GST_VIDEO_TRANSFER_ARIB_STD_B67) return nullptr;
     if (!toneMapping_)
-      toneMapping_ =
-          std::make_unique<ToneMapping>(quantized ? HighRange::PerceptualQuantizer : HighRange::HybridLogGamma);
+      toneMapping_ = std::make_unique<probe::ToneMapping>(quantized ? probe::HighRange::PerceptualQuantizer
+                                                                    : probe::HighRange::HybridLogGamma);
     return toneMapping_.get();
   }
 
@@ -366,7 +366,7 @@ class PictureMaker::Drawing {
   Scratch y_, u_, v_;
   Scratch separateY_, separateU_, separateV_;
   Scratch flat_, mirrored_;
-  std::unique_ptr<ToneMapping> toneMapping_;
+  std::unique_ptr<probe::ToneMapping> toneMapping_;
 };
 
 PictureMaker::PictureMaker(std::shared_ptr<PictureBoard> board)
