@@ -20,6 +20,7 @@
 #include "hosts/desktop/Paths.h"
 #include "hosts/desktop/PlayingDisplay.h"
 #include "hosts/desktop/PlayingFilms.h"
+#include "hosts/desktop/ProgramStart.h"
 #include "hosts/desktop/SettingsPage.h"
 #include "hosts/desktop/SingleInstance.h"
 #include "hosts/desktop/SoundOutput.h"
@@ -55,7 +56,7 @@ QImage imageOf(const std::optional<probe::Still>& still) {
 
 void configureQt() {
   // EGL rather than GLX under X11: frames of hardware decoders cannot be imported otherwise.
-  if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION")) qputenv("QT_XCB_GL_INTEGRATION", "xcb_egl");
+  desktop::setForThisProcess("QT_XCB_GL_INTEGRATION", "xcb_egl");
   QGuiApplication::setApplicationName(QStringLiteral("quillop"));
   QGuiApplication::setApplicationDisplayName(QStringLiteral("Quillop"));
   QGuiApplication::setApplicationVersion(QStringLiteral(QUILLOP_VERSION));

@@ -2,6 +2,7 @@
 
 #include "hosts/desktop/Browser.h"
 #include "hosts/desktop/Paths.h"
+#include "hosts/desktop/ProgramStart.h"
 
 #include <QDesktopServices>
 #include <QDir>
@@ -37,7 +38,9 @@ bool DesktopServices::open(const std::string& url) {
   const QString page = helpPageOnDisk(address.path());
   if (!QFileInfo::exists(page)) return false;
   // Qt knows no desktop entries: it needs a program for opening things, which a small system lacks, or a sandbox.
-  return openInBrowser(page.toStdString()) || QDesktopServices::openUrl(QUrl::fromLocalFile(page));
+  // What it starts itself would get this process's own environment.
+  return openInBrowser(page.toStdString()) || startProgram({"xdg-open", page.toStdString()}) ||
+         QDesktopServices::openUrl(QUrl::fromLocalFile(page));
 }
 
 }  // namespace desktop
