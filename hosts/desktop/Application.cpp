@@ -23,6 +23,7 @@
 #include "hosts/desktop/MemoryReturn.h"
 #include "hosts/desktop/Notice.h"
 #include "hosts/desktop/Paths.h"
+#include "hosts/desktop/ProgramStart.h"
 #include "hosts/desktop/SettingsPage.h"
 #include "hosts/desktop/SingleInstance.h"
 #include "hosts/desktop/SoundOutput.h"
@@ -71,7 +72,7 @@ QString artworkFileOf(const std::string& url) {
 
 void configureQt() {
   // EGL rather than GLX under X11: frames of hardware decoders cannot be imported otherwise.
-  if (!qEnvironmentVariableIsSet("QT_XCB_GL_INTEGRATION")) qputenv("QT_XCB_GL_INTEGRATION", "xcb_egl");
+  desktop::setForThisProcess("QT_XCB_GL_INTEGRATION", "xcb_egl");
   QGuiApplication::setApplicationName(QStringLiteral("quillop"));
   QGuiApplication::setApplicationDisplayName(QStringLiteral("Quillop"));
   QGuiApplication::setApplicationVersion(QStringLiteral(QUILLOP_VERSION));

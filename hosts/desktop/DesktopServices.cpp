@@ -1,6 +1,7 @@
 #include "hosts/desktop/DesktopServices.h"
 
 #include "hosts/desktop/Browser.h"
+#include "hosts/desktop/ProgramStart.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -32,7 +33,9 @@ bool DesktopServices::open(const std::string& url) {
   const QString page = helpPage(address.path());
   if (!QFileInfo::exists(page)) return false;
   // Qt knows no desktop entries: it needs a program for opening things, which a small system lacks, or a sandbox.
-  return openInBrowser(page.toStdString()) || QDesktopServices::openUrl(QUrl::fromLocalFile(page));
+  // What it starts itself would get this process's own environment.
+  return openInBrowser(page.toStdString()) || startProgram({"xdg-open", page.toStdString()}) ||
+         QDesktopServices::openUrl(QUrl::fromLocalFile(page));
 }
 
 }  // namespace desktop

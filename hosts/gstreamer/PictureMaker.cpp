@@ -1,7 +1,8 @@
 #include "hosts/gstreamer/PictureMaker.h"
 
+#include "hosts/gstreamer/BlueWeight.h"
 #include "hosts/gstreamer/Instant.h"
-#include "hosts/gstreamer/ToneMapping.h"
+#include "hosts/probe/ToneMapping.h"
 
 #include <libyuv.h>
 #include <libyuv/row.h>
@@ -54,16 +55,6 @@ Colours coloursOf(const GstCaps& caps, const GstVideoInfo& info) {
     colours.matrix =
         GST_VIDEO_INFO_HEIGHT(&info) >= highDefinition ? GST_VIDEO_COLOR_MATRIX_BT709 : GST_VIDEO_COLOR_MATRIX_BT601;
   return colours;
-}
-
-/// `own` with the weight of blue that its standard asks for, in 64ths: libyuv cuts it off at 2, which takes up to 16
-/// of 255 from a saturated blue. Only the layout for Intel processors has room for more than 128 of them.
-libyuv::YuvConstants withBlue([[maybe_unused]] int weight, libyuv::YuvConstants own) {
-#if !defined(__aarch64__) && !defined(__arm__)
-  // Blue takes nothing from red: every other weight is 0.
-  for (std::size_t i = 0; i < std::size(own.kUVToB); i += 2) own.kUVToB[i] = static_cast<std::uint8_t>(weight);
-#endif
-  return own;
 }
 
 const libyuv::YuvConstants& constantsOf(const Colours& colours) {
@@ -328,7 +319,7 @@ class PictureMaker::Drawing {
       return make(y.wide(), y.wideStride(), u.wide(), u.wideStride(), v.wide(), v.wideStride(), to.data, to.stride,
                   &constantsOf(frame.colours()), size.width, size.height) == 0;
     };
-    const ToneMapping* toScreen = toneMappingFor(frame.colours());
+    const probe::ToneMapping* toScreen = toneMappingFor(frame.colours());
     if (!toScreen) return pixels(toPixels, target);
     if (!pixels(toDeepPixels, target)) return false;
     for (int row = 0; row < size.height; ++row) {
@@ -339,12 +330,12 @@ class PictureMaker::Drawing {
   }
 
   /// None for films of ordinary range. Made once: a film does not change from one to the other.
-  const ToneMapping* toneMappingFor(const Colours& colours) {
+  const probe::ToneMapping* toneMappingFor(const Colours& colours) {
     const bool quantized = colours.transfer == GST_VIDEO_TRANSFER_SMPTE2084;
     if (!quantized && colours.transfer != GST_VIDEO_TRANSFER_ARIB_STD_B67) return nullptr;
     if (!toneMapping_)
-      toneMapping_ =
-          std::make_unique<ToneMapping>(quantized ? HighRange::PerceptualQuantizer : HighRange::HybridLogGamma);
+      toneMapping_ = std::make_unique<probe::ToneMapping>(quantized ? probe::HighRange::PerceptualQuantizer
+                                                                    : probe::HighRange::HybridLogGamma);
     return toneMapping_.get();
   }
 
@@ -404,7 +395,7 @@ class PictureMaker::Drawing {
   Scratch separateY_, separateU_, separateV_;
   Scratch others_;
   Scratch flat_, mirrored_;
-  std::unique_ptr<ToneMapping> toneMapping_;
+  std::unique_ptr<probe::ToneMapping> toneMapping_;
 };
 
 PictureMaker::PictureMaker(std::shared_ptr<PictureBoard> board)

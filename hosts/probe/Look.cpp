@@ -1,4 +1,5 @@
 #include "hosts/probe/Handles.h"
+#include "hosts/probe/LastBlock.h"
 #include "hosts/probe/MediaKind.h"
 #include "hosts/probe/MediaProbe.h"
 #include "hosts/probe/OpenMedia.h"
@@ -75,7 +76,9 @@ std::int64_t originOf(const AVFormatContext& format) {
   return isAbsolute && format.start_time != AV_NOPTS_VALUE ? format.start_time : 0;
 }
 
-double durationOf(const AVFormatContext& format) {
+double durationOf(OpenMedia& media) {
+  constexpr auto tooLong = static_cast<double>(mostMicroseconds);
+  const AVFormatContext& format = media.format();
   std::int64_t longest = 0;
   for (unsigned i = 0; i < format.nb_streams; ++i) {
     const AVStream& track = *format.streams[i];
@@ -84,6 +87,7 @@ double durationOf(const AVFormatContext& format) {
     if (!__builtin_sub_overflow(endOf(track), originOf(format), &end)) longest = std::max(longest, end);
   }
   if (longest == 0 && format.duration != AV_NOPTS_VALUE) longest = format.duration;
+  if (longest <= 0) longest = static_cast<std::int64_t>(std::min(timeOfLastBlock(media) * AV_TIME_BASE, tooLong));
   const bool isPlausible = longest > 0 && longest < mostMicroseconds;
   return isPlausible ? static_cast<double>(longest) / AV_TIME_BASE : 0.0;
 }
@@ -137,7 +141,7 @@ FileFacts factsOf(OpenMedia& media) {
   AVFormatContext& format = media.format();
   FileFacts facts;
   facts.media.readable = true;
-  facts.media.duration = durationOf(format);
+  facts.media.duration = durationOf(media);
   facts.media.tracks = tracksOf(format);
   facts.title = titleOf(format);
   facts.hasPicture = hasDecodablePicture(format);

@@ -15,7 +15,8 @@ struct FileFacts {
   /// that describes at least one track of sound or moving pictures. Tracks are numbered in file order, from 1;
   /// cover images count as `Other`. `soundOpens` refers to the track that the file marks as its default, or else
   /// the best one; nothing is decoded of a protected file, whose sound counts as not opening. Where the header
-  /// states no duration it is estimated, if the container allows that; broadcasts begin at 0.
+  /// states no duration it is estimated, if the container allows that, or found at the end of the file; broadcasts
+  /// begin at 0.
   host::MediaFacts media;
   /// What went wrong where `media.readable` or `media.soundOpens` is false, in words for a log.
   std::string reason;

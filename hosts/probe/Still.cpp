@@ -2,10 +2,12 @@
 
 #include "hosts/probe/Orientation.h"
 #include "hosts/probe/Protection.h"
+#include "hosts/probe/ToneMapping.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <new>
 #include <utility>
 
@@ -60,9 +62,22 @@ bool isFullRange(const AVFrame& frame) {
   }
 }
 
-std::optional<Still> scaled(const AVFrame& frame, Size size) {
+/// None for videos of ordinary range.
+std::optional<HighRange> highRangeOf(const AVFrame& frame) {
+  switch (frame.color_trc) {
+    case AVCOL_TRC_SMPTE2084:
+      return HighRange::PerceptualQuantizer;
+    case AVCOL_TRC_ARIB_STD_B67:
+      return HighRange::HybridLogGamma;
+    default:
+      return std::nullopt;
+  }
+}
+
+/// Rows of 32 bits a pixel, in `format`.
+std::optional<Still> scaledTo(AVPixelFormat format, const AVFrame& frame, Size size) {
   const Scaler scaler(sws_getContext(frame.width, frame.height, static_cast<AVPixelFormat>(frame.format), size.width,
-                                     size.height, AV_PIX_FMT_BGR0, SWS_BILINEAR, nullptr, nullptr, nullptr));
+                                     size.height, format, SWS_BILINEAR, nullptr, nullptr, nullptr));
   if (!scaler) return std::nullopt;
   constexpr int one = 1 << 16;
   sws_setColorspaceDetails(scaler.get(), colourCoefficients(frame), isFullRange(frame) ? 1 : 0,
@@ -78,7 +93,23 @@ std::optional<Still> scaled(const AVFrame& frame, Size size) {
       sws_scale(scaler.get(), frame.data, frame.linesize, 0, frame.height, planes.data(), strides.data());
   if (rows != size.height) return std::nullopt;
   still.bgrx.resize(stride * static_cast<std::size_t>(size.height));
-  for (std::size_t i = 3; i < still.bgrx.size(); i += 4) still.bgrx[i] = 255;
+  return still;
+}
+
+std::optional<Still> broughtToTheScreen(const AVFrame& frame, Size size, HighRange range) {
+  auto still = scaledTo(AV_PIX_FMT_X2RGB10, frame, size);
+  if (!still) return std::nullopt;
+  std::vector<std::uint32_t> deep(still->bgrx.size() / sizeof(std::uint32_t));
+  std::memcpy(deep.data(), still->bgrx.data(), still->bgrx.size());
+  ToneMapping(range).mapRow(deep.data(), still->bgrx.data(), static_cast<int>(deep.size()));
+  return still;
+}
+
+std::optional<Still> scaled(const AVFrame& frame, Size size) {
+  if (const auto range = highRangeOf(frame)) return broughtToTheScreen(frame, size, *range);
+  auto still = scaledTo(AV_PIX_FMT_BGR0, frame, size);
+  if (!still) return std::nullopt;
+  for (std::size_t i = 3; i < still->bgrx.size(); i += 4) still->bgrx[i] = 255;
   return still;
 }
 

@@ -7,6 +7,7 @@
 #include <cmath>
 
 void UITableView::setRowHeight(double height) {
+  if (!std::isfinite(height) || height <= 0) return;
   rowHeight_ = height;
   setNeedsLayout();
 }
@@ -75,8 +76,9 @@ void UITableView::layoutSubviews() {
   setContentOffset(contentOffset());  // a table that grew may stand beyond its end
   const double top = contentOffset().y;
   const double height = bounds().size.height;
-  const long first = static_cast<long>(std::floor(top / rowHeight_));
-  const long last = std::min(numberOfRows_, static_cast<long>(std::ceil((top + height) / rowHeight_))) - 1;
+  const auto rows = static_cast<double>(numberOfRows_);  // of a hair's height there may be more than a long can count
+  const auto first = static_cast<long>(std::min(rows, std::floor(top / rowHeight_)));
+  const long last = static_cast<long>(std::min(rows, std::ceil((top + height) / rowHeight_))) - 1;
   dropCellsOutside(first, height > 0 ? last : first - 1);
   for (long row = first; height > 0 && row <= last; ++row) {
     if (cells_.contains(row)) continue;

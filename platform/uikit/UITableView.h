@@ -36,7 +36,8 @@ class UITableView final : public UIScrollView {
   void setDataSource(const Strong<UITableViewDataSource>& dataSource) { dataSource_ = dataSource; }
   void setDelegate(const Strong<UITableViewDelegate>& delegate) { delegate_ = delegate; }
 
-  /// Points; the same for every row.
+  /// Points; the same for every row. Setting does nothing for what no row can be high: nothing, less than nothing, an
+  /// infinite number of points, or what is no number.
   double rowHeight() const { return rowHeight_; }
   void setRowHeight(double height);
   UIColor tintColor() const { return tintColor_; }

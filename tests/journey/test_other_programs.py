@@ -27,6 +27,7 @@ class Registered:
     def _write_script(self):
         # The arguments appear all at once and last, so that whoever sees them sees the copy too.
         script = ('#!/bin/sh\nfolder=$(dirname "$0")\n[ ! -f "$1" ] || cp "$1" "$folder/copy"\n'
+                  'env > "$folder/environment"\n'
                   'printf "%s\\n" "$@" > "$folder/unfinished"\nmv "$folder/unfinished" "$folder/arguments"\n')
         self._script = os.path.join(self._folder, "program")
         with open(self._script, "w", encoding="ascii") as file:
@@ -51,6 +52,12 @@ class Registered:
         return pathlib.Path(path).read_text("utf-8").splitlines()
 
     @property
+    def environment(self):
+        """Names of the variables that it got."""
+        lines = pathlib.Path(self._folder, "environment").read_text("utf-8", "replace").splitlines()
+        return {line.partition("=")[0] for line in lines}
+
+    @property
     def was_started(self):
         return os.path.exists(os.path.join(self._folder, "arguments"))
 
@@ -71,6 +78,11 @@ class OtherPrograms(Journey):
         os.makedirs(nothing, exist_ok=True)
         self.start(self.home, XDG_DATA_DIRS=nothing)
 
+    def check_environment(self, program):
+        """What the app sets for its own libraries is of no concern to other programs."""
+        self.assertIn("XDG_DATA_HOME", program.environment)
+        self.assertNotIn("QT_XCB_GL_INTEGRATION", program.environment)
+
 
 class Mail(OtherPrograms):
     def open_info(self):
@@ -90,6 +102,7 @@ class Mail(OtherPrograms):
         arguments = mail.arguments()
         self.assertEqual(len(arguments), 1, arguments)
         self.check_draft(mail.copy)
+        self.check_environment(mail)
         self.check_info_is_back()
 
     def check_draft(self, draft):
@@ -134,6 +147,7 @@ class Help(OtherPrograms):
         page = pathlib.Path(self.surroundings.seen_from_here(urllib.parse.unquote(urllib.parse.urlparse(address).path)))
         self.assertIn("Videos", page.read_text("utf-8"))
         self.check_picture(page)
+        self.check_environment(browser)
 
     def check_picture(self, page):
         found = re.findall(r'<img [^>]*src="([^"]+)"', page.read_text("utf-8"))

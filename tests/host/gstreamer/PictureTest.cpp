@@ -262,6 +262,26 @@ TEST(Picture, ASeekShowsTheFrameOfItsTargetExactly) {
   }
 }
 
+TEST(Picture, OfARecordingThatStatesNoDurationIsSoughtAndEnds) {
+  const std::string path =
+      clips::clip("engine-recording.webm",
+                  {"-f", "lavfi", "-i", "color=black:size=64x64:rate=30:duration=3,geq=lum='16+2*N':cb=128:cr=128",
+                   "-c:v", "libvpx", "-b:v", "4M", "-qmax", "4", "-g", "30", "-live", "1", "-f", "webm"});
+  Stage stage;
+  Heard heard;
+  auto player = stage.picture(path, heard, 64, 64);
+  stage.engine().commit();
+  ASSERT_TRUE(first(stage, *player));
+  player->seek(2.0);
+  stage.engine().commit();
+  EXPECT_TRUE(stage.until([&] { return std::abs(frameNumber(*player->pictures()->newest()) - 60) <= 1; }));
+  player->play();
+  stage.engine().commit();
+  EXPECT_TRUE(stage.until([&] { return heard.ended > 0; }));
+  EXPECT_NEAR(player->position(), 3.0, 0.2);
+  EXPECT_EQ(heard.failed, 0);
+}
+
 TEST(Picture, OfManyTargetsTheNewestWins) {
   Stage stage;
   Heard heard;

@@ -26,6 +26,20 @@ std::string clock() {
        "-c:a", "flac",    "-sample_fmt", "s16"});
 }
 
+/// A film of one minute whose sound stands still at a level, which tells it from others.
+std::string steady(const std::string& level) {
+  return clips::clip("engine-steady-" + level + ".mkv",
+                     {"-f",   "lavfi",   "-i",          "aevalsrc=exprs=" + level + ":sample_rate=48000:duration=60",
+                      "-f",   "lavfi",   "-i",          "testsrc2=size=64x48:rate=25:duration=60",
+                      "-map", "1:v",     "-map",        "0:a",
+                      "-c:v", "libx264", "-pix_fmt",    "yuv420p",
+                      "-c:a", "flac",    "-sample_fmt", "s16"});
+}
+
+bool isAbout(float level, float meant) {
+  return std::fabs(level - meant) < 0.02F;
+}
+
 bool isHeard(float level) {
   return level >= least * 0.9F;
 }
@@ -44,11 +58,14 @@ class SoundServers : public testing::Test {
  protected:
   SoundServers() : stage_(options()) {}
 
-  void load() {
+  void load() { load({clock(), clock()}); }
+
+  void load(const std::array<std::string, 2>& paths) {
     for (int i = 0; i < 2; ++i) {
+      const auto& path = paths.at(static_cast<std::size_t>(i));
       auto& film = films_.at(static_cast<std::size_t>(i));
-      film.sound = stage_.sound(clock(), heard_);
-      film.picture = stage_.picture(clock(), heard_);
+      film.sound = stage_.sound(path, heard_);
+      film.picture = stage_.picture(path, heard_);
       film.sound->setPan(i == 0 ? -1.0 : 1.0);
       film.sound->play();
       film.picture->play();
@@ -63,6 +80,23 @@ class SoundServers : public testing::Test {
       return isHeard(level[0]) && isHeard(level[1]) && apart(timeIn(level[0]), films_[0].picture->position()) < 0.4 &&
              apart(timeIn(level[0]), timeIn(level[1])) < 0.03;
     });
+  }
+
+  /// Of what `steady` gives, the left ear hears `left` and the right one `right`.
+  bool areInTheirEars(const Listener& listener, float left, float right) {
+    return stage_.until([&] {
+      const auto level = listener.newest();
+      return isAbout(level[0], left) && isAbout(level[1], right);
+    });
+  }
+
+  /// As the user does who drags them to another device.
+  void moveTo(const std::string& sink, const std::string& whichOfThem = "cat") {
+    const std::string pactl = "pactl --server=" + server_.address();
+    Process({"sh", "-c",
+             "for stream in $(" + pactl + " list short sink-inputs | cut -f1 | " + whichOfThem + "); do " + pactl +
+                 " move-sink-input $stream " + sink + "; done"})
+        .wait();
   }
 
   bool picturesMove() {
@@ -169,6 +203,44 @@ TEST_F(SoundServers, SoundReturnsOnceThereIsASinkAgain) {
   server_.addSink("second");
   EXPECT_TRUE(areHeard(Listener(server_, "second")));
   EXPECT_TRUE(picturesMove());
+  expectNothingEnded();
+}
+
+TEST_F(SoundServers, EachFilmStaysInItsEarWhereverTheSoundGoes) {
+  ASSERT_TRUE(server_.start({"first", "second"}));
+  server_.command({"set-default-sink", "first"});
+  load({steady("0.2"), steady("0.6")});
+  ASSERT_TRUE(areInTheirEars(Listener(server_, "first"), 0.2F, 0.6F));
+  server_.command({"set-default-sink", "second"});
+  EXPECT_TRUE(areInTheirEars(Listener(server_, "second"), 0.2F, 0.6F));
+  moveTo("first");
+  EXPECT_TRUE(areInTheirEars(Listener(server_, "first"), 0.2F, 0.6F));
+  server_.removeSink("first");
+  EXPECT_TRUE(areInTheirEars(Listener(server_, "second"), 0.2F, 0.6F));
+  server_.removeSink("second");
+  EXPECT_TRUE(picturesMove());
+  server_.addSink("third");
+  EXPECT_TRUE(areInTheirEars(Listener(server_, "third"), 0.2F, 0.6F));
+  EXPECT_TRUE(picturesMove());
+  expectNothingEnded();
+}
+
+TEST_F(SoundServers, AFilmThatIsMovedAloneIsHeardInItsEarThere) {
+  ASSERT_TRUE(server_.start({"first", "second"}));
+  server_.command({"set-default-sink", "first"});
+  load({steady("0.2"), steady("0.6")});
+  const Listener first(server_, "first"), second(server_, "second");
+  ASSERT_TRUE(areInTheirEars(first, 0.2F, 0.6F));
+  moveTo("second", "head -n 1");
+  EXPECT_TRUE(stage_.until([&] {
+    const auto here = first.newest(), there = second.newest();
+    const bool leftMoved = isAbout(there[0], 0.2F) && there[1] == 0.0F && here[0] == 0.0F && isAbout(here[1], 0.6F);
+    const bool rightMoved = there[0] == 0.0F && isAbout(there[1], 0.6F) && isAbout(here[0], 0.2F) && here[1] == 0.0F;
+    return leftMoved || rightMoved;
+  }));
+  EXPECT_TRUE(picturesMove());
+  server_.removeSink("second");
+  EXPECT_TRUE(areInTheirEars(first, 0.2F, 0.6F));
   expectNothingEnded();
 }
 

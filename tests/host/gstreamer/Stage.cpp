@@ -79,10 +79,14 @@ void Recording::take(GstElement& sink, const Sample& sample) {
     const std::lock_guard lock(mutex_);
     if (GST_BUFFER_FLAG_IS_SET(buffer, GST_BUFFER_FLAG_GAP)) ++gaps_;
     if (sound_.left.empty()) sound_.begin = seconds(static_cast<Instant>(position));
+    bool left = false, right = false;
     for (std::size_t i = 0; i < frames; ++i) {
       sound_.left.push_back(samples[2 * i]);
       sound_.right.push_back(samples[2 * i + 1]);
+      left = left || samples[2 * i] != 0.0F;
+      right = right || samples[2 * i + 1] != 0.0F;
     }
+    if (left && right) ++forBothEars_;
     base_ = static_cast<Instant>(gst_element_get_base_time(&sink) + running - position);
     runs_ = true;
   }
@@ -97,6 +101,11 @@ Recording::Sound Recording::sound() const {
 int Recording::gaps() const {
   const std::lock_guard lock(mutex_);
   return gaps_;
+}
+
+int Recording::forBothEars() const {
+  const std::lock_guard lock(mutex_);
+  return forBothEars_;
 }
 
 void Recording::clear() {

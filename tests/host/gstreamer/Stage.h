@@ -47,6 +47,8 @@ class Recording {
   void clear();
   /// How many buffers were marked as gaps, which a sound device would pass over instead of playing them.
   int gaps() const;
+  /// How many buffers held anything but zeros for both ears.
+  int forBothEars() const;
   /// How many sinks there are that have the device (are not in the null state).
   int openDevices() const;
   /// What the newest running sink is to play at `instant`, in seconds of its medium; negative when none runs.
@@ -72,6 +74,7 @@ class Recording {
   Sound sound_;
   std::deque<WeakSink> sinks_;
   int gaps_ = 0;
+  int forBothEars_ = 0;
   Instant base_ = 0;
   bool runs_ = false;
 };

@@ -107,6 +107,7 @@ class Chamber {
     for (const Film& each : films_) {
       if (auto fault = each.fault(); !fault.empty()) return fault;
     }
+    if (stage_->recording().forBothEars() > 0) return "a film is heard in both ears";
     if (below(20) == 0) stage_->loop().runFor(0.2);
     return below(3) == 0 ? progress() : "";
   }

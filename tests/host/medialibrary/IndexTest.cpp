@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 
 #include <cmath>
+#include <functional>
 #include <limits>
 
 namespace {
@@ -389,6 +390,52 @@ TEST_F(Index, UndoesWhatIsNotCommitted) {
   index_->commit();
   EXPECT_EQ(titlesOf(*index_), Paths({"Kept", "Too"}));
 }
+
+/// SQLite undoes the whole transaction, the statement alone, or not even what the statement has done so far.
+class IndexWithAnError : public Index, public testing::WithParamInterface<const char*> {
+ protected:
+  /// What writes a file with the inode 99 fails from now on.
+  void refuse() const {
+    medialibrary::Database database(path_, medialibrary::Database::Purpose::Writing);
+    for (const std::string change : {"INSERT", "UPDATE"}) {
+      database.run("CREATE TRIGGER refuse_" + change + " AFTER " + change +
+                   " ON file WHEN NEW.inode = 99 BEGIN SELECT RAISE(" + GetParam() + ", 'refused'); END");
+    }
+  }
+
+  const VideoFile refused_ = videoFile("/f/refused.mp4", 99);
+};
+
+TEST_P(IndexWithAnError, UndoesEverythingSinceItsBegin) {
+  const std::int64_t kept = addFilm(*index_, videoFile("/f/a.mp4", 1), "Kept");
+  refuse();
+  const std::vector<std::function<void()>> failing = {
+      [&] { index_->add(refused_); }, [&] { index_->change(kept, refused_); }, [&] { index_->move(kept, refused_); }};
+  for (const auto& fail : failing) {
+    index_->begin();
+    addFilm(*index_, videoFile("/f/b.mp4", 2), "Lost");
+    EXPECT_THROW(fail(), medialibrary::IndexError);
+    EXPECT_EQ(titlesOf(*index_), Paths({"Kept"}));
+    EXPECT_THROW(index_->commit(), medialibrary::IndexError);
+  }
+  EXPECT_EQ(titlesOf(*openForReading()), Paths({"Kept"}));
+}
+
+TEST_P(IndexWithAnError, GoesOnAfterwards) {
+  refuse();
+  index_->begin();
+  EXPECT_THROW(index_->add(refused_), medialibrary::IndexError);
+  addFilm(*index_, videoFile("/f/a.mp4", 1), "Alone");
+  EXPECT_EQ(titlesOf(*openForReading()), Paths({"Alone"}));
+  index_->begin();
+  addFilm(*index_, videoFile("/f/b.mp4", 2), "Together");
+  EXPECT_EQ(titlesOf(*openForReading()), Paths({"Alone"}));
+  index_->commit();
+  EXPECT_EQ(titlesOf(*openForReading()), Paths({"Alone", "Together"}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Undone, IndexWithAnError, testing::Values("ROLLBACK", "ABORT", "FAIL"),
+                         [](const auto& tested) { return std::string(tested.param); });
 
 TEST_F(Index, IsReadInOneScanWithoutSorting) {
   const medialibrary::Database database(path_, medialibrary::Database::Purpose::Reading);

@@ -106,11 +106,46 @@ TEST(Look, CountsABroadcastFromItsBeginning) {
   EXPECT_NEAR(facts.media.duration, 4.0, 0.1);
 }
 
+/// Written without coming back to the header, as what records a screen or a call does.
+std::string recording(const std::string& name, double seconds) {
+  return clips::clip(name, {"-f", "lavfi", "-i", "testsrc2=size=160x120:rate=25:duration=" + std::to_string(seconds),
+                            "-f", "lavfi", "-i", "sine=duration=" + std::to_string(seconds), "-c:v", "libvpx", "-g",
+                            "25", "-c:a", "libopus", "-live", "1", "-f", "webm"});
+}
+
+TEST(Look, FindsTheDurationOfARecordingAtItsEnd) {
+  EXPECT_NEAR(look(recording("probe-recording.webm", 7.0)).media.duration, 7.0, 0.1);
+  const auto piped = look(copied("probe-piped.mkv", {"-f", "matroska", "-live", "1"}));
+  EXPECT_NEAR(piped.media.duration, 4.0, 0.1);
+}
+
+TEST(Look, FindsTheDurationOfARecordingThatWasCutOff) {
+  const std::string whole = recording("probe-recording.webm", 7.0);
+  const auto half = static_cast<long>(contentsOf(whole).size() / 2);
+  const auto facts = look(clips::truncated(whole, "probe-recording-cut.webm", half));
+  EXPECT_GT(facts.media.duration, 1.0);
+  EXPECT_LT(facts.media.duration, 6.0);
+}
+
+TEST(Look, FindsTheLastPictureBehindMuchThatIsNone) {
+  const std::string whole = recording("probe-recording.webm", 7.0);
+  const auto facts = look(clips::edited(whole, "probe-recording-tail.webm", [](std::string& bytes) {
+    // Zeros are no element; and what looks like a cluster is none.
+    bytes += std::string(3 << 20, '\0') + "\x1F\x43\xB6\x75" + std::string(100, '\xA3');
+  }));
+  EXPECT_NEAR(facts.media.duration, 7.0, 0.1);
+}
+
 TEST(Look, DoesNotInventADuration) {
-  const auto facts = look(clips::clip("probe-live.webm", {"-f", "lavfi", "-i", "testsrc2=size=160x120:duration=1",
-                                                          "-c:v", "libvpx", "-live", "1", "-f", "webm"}));
+  const auto facts = look(clips::clip("probe-raw.h264", {"-i", film(), "-an", "-c", "copy"}));
   EXPECT_TRUE(facts.media.readable);
   EXPECT_EQ(facts.media.duration, 0.0);
+  const std::string header = contentsOf(recording("probe-recording.webm", 7.0));
+  const auto firstCluster = static_cast<long>(header.find("\x1F\x43\xB6\x75"));
+  EXPECT_EQ(
+      look(clips::truncated(recording("probe-recording.webm", 7.0), "probe-recording-header.webm", firstCluster))
+          .media.duration,
+      0.0);
 }
 
 TEST(Look, LetsTheSoundOfASilentFilmOpen) {

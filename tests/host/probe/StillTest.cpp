@@ -1,6 +1,7 @@
 #include "hosts/probe/MediaProbe.h"
 #include "tests/host/probe/TemporaryFolder.h"
 #include "tests/support/Clips.h"
+#include "tests/support/HighRangeClips.h"
 
 #include <gtest/gtest.h>
 
@@ -92,6 +93,27 @@ TEST(Still, HasTheFilmsColours) {
   EXPECT_EQ(still->bgrx[3], 255);
 }
 
+TEST(Still, OfHighRangeIsBroughtToTheScreen) {
+  constexpr int tolerance = 6;
+  const auto expectNear = [](const Colour& seen, const Colour& meant) {
+    EXPECT_NEAR(seen.red, meant.red, tolerance);
+    EXPECT_NEAR(seen.green, meant.green, tolerance);
+    EXPECT_NEAR(seen.blue, meant.blue, tolerance);
+  };
+  for (const auto light : {clips::Light::Quantized, clips::Light::LogGamma}) {
+    const auto still = stillOf(clips::highRangeFilm(light), 1024);
+    ASSERT_TRUE(still);
+    const auto bands = static_cast<double>(clips::bandsOf(light));
+    const auto band = [&](int number) { return colourAt(*still, (number + 0.5) / bands, 0.5); };
+    expectNear(band(0), {60, 60, 60});
+    expectNear(band(1), {117, 117, 117});
+    expectNear(band(2), {180, 40, 40});
+    EXPECT_GT(band(3).green, 215);
+    EXPECT_GT(band(5).green, band(3).green);
+    EXPECT_EQ(still->bgrx[3], 255);
+  }
+}
+
 TEST(Still, FitsIntoItsBoxAlsoWhereItIsHigh) {
   const TemporaryFolder folder;
   const auto still = stillOf(turned(folder, 0, 1, -1, 0), 80);
@@ -142,6 +164,20 @@ TEST(Still, OfAFrontCameraIsMirroredAsTheFilmIs) {
   const auto sidewaysDown = stillOf(turned(folder, -1, 0, 0, 1), 160);
   ASSERT_TRUE(sidewaysDown);
   EXPECT_TRUE(isBlue(colourAt(*sidewaysDown, 0.25, 0.5)));
+}
+
+TEST(Still, OfAFrontCameraHeldUprightIsMirroredAsTheFilmIs) {
+  const TemporaryFolder folder;
+  const auto falling = stillOf(turned(folder, 0, 1, 1, 0), 160);
+  ASSERT_TRUE(falling);
+  EXPECT_EQ(falling->width, 120);
+  EXPECT_TRUE(isRed(colourAt(*falling, 0.5, 0.25)));
+  EXPECT_TRUE(isBlue(colourAt(*falling, 0.5, 0.75)));
+  const auto rising = stillOf(turned(folder, 0, -1, -1, 0), 160);
+  ASSERT_TRUE(rising);
+  EXPECT_EQ(rising->width, 120);
+  EXPECT_TRUE(isBlue(colourAt(*rising, 0.5, 0.25)));
+  EXPECT_TRUE(isRed(colourAt(*rising, 0.5, 0.75)));
 }
 
 TEST(Still, OfAnamorphicPicturesHasSquarePixels) {

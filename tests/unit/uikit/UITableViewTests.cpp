@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
+
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -63,6 +65,25 @@ TEST_F(UITableViewTest, DoesNotAskWhenNothingChanged) {
   takeLines();
   event([this] { table().setNeedsLayout(); });
   EXPECT_THAT(takeLines(), IsEmpty());
+}
+
+TEST_F(UITableViewTest, KeepsItsRowsWhenToldOfAHeightThatNoRowCanHave) {
+  const double before = table().rowHeight();
+  for (const double height : {0.0, -0.0, -50.0, std::numeric_limits<double>::infinity(),
+                              -std::numeric_limits<double>::infinity(), std::numeric_limits<double>::quiet_NaN()}) {
+    takeLines();
+    event([&] { table().setRowHeight(height); });
+    EXPECT_EQ(table().rowHeight(), before) << height;
+    EXPECT_THAT(visibleRows(), ElementsAre(0, 1, 2, 3)) << height;
+    EXPECT_THAT(takeLines(), IsEmpty()) << height;
+  }
+}
+
+TEST_F(UITableViewTest, AsksForNoMoreRowsThanThereAreHoweverLowTheyAre) {
+  reload(3);
+  takeLines();
+  event([&] { table().setRowHeight(std::numeric_limits<double>::denorm_min()); });
+  EXPECT_THAT(visibleRows(), ElementsAre(0, 1, 2));
 }
 
 TEST_F(UITableViewTest, IsKnownToBeEmptyOnceItsReloadFoundNoRows) {

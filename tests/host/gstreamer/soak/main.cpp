@@ -18,5 +18,6 @@ int main(int argc, char* argv[]) {
   std::fflush(stdout);
   const gstreamer::Ordeal ordeal = gstreamer::torture(seed, count);
   std::printf("%d commands: %s\n", ordeal.commands, ordeal.fault.empty() ? "nothing broke" : ordeal.fault.c_str());
+  std::fflush(stdout);
   return ordeal.fault.empty() ? 0 : 1;
 }

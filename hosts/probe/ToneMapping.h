@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace gstreamer {
+namespace probe {
 
 /// How a film of high dynamic range writes light (Rec. ITU-R BT.2100).
 enum class HighRange { PerceptualQuantizer, HybridLogGamma };
@@ -33,4 +33,4 @@ class ToneMapping {
   std::vector<std::uint8_t> shades_;
 };
 
-}  // namespace gstreamer
+}  // namespace probe

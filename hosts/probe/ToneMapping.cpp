@@ -1,10 +1,10 @@
-#include "hosts/gstreamer/ToneMapping.h"
+#include "hosts/probe/ToneMapping.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 
-namespace gstreamer {
+namespace probe {
 
 namespace {
 
@@ -81,4 +81,4 @@ void ToneMapping::mapRow(const std::uint32_t* from, std::uint8_t* to, int width)
   }
 }
 
-}  // namespace gstreamer
+}  // namespace probe
