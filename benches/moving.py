@@ -62,10 +62,12 @@ class Drag:
         time.sleep(max(0.0, began + len(route) * pause - time.monotonic()))
 
     def _is_right(self, number, second):
-        """Whether a picture will do for a second while the finger moves: no key frame is nearer."""
+        """Whether a picture will do for a second while the finger moves: it is not beyond the key frames around it."""
         wanted, group = second * self._film.rate, self._film.key_frame_every
-        nearest = min(wanted % group, -wanted % group)
-        return abs(number - wanted) <= nearest + HALF_A_SECOND * self._film.rate
+        key_frame = wanted // group * group
+        if wanted == key_frame:
+            return wanted <= number < wanted + HALF_A_SECOND * self._film.rate
+        return key_frame <= number < key_frame + group + HALF_A_SECOND * self._film.rate
 
     def delays(self):
         """Of each target: seconds until a picture was seen that does for it, or for one that the finger came to after it."""

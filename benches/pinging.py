@@ -8,7 +8,8 @@ import time
 from watching import hurry
 
 CLIENT_MESSAGE = 33  # X.h
-SUBSTRUCTURE_NOTIFY = 1 << 19  # SubstructureNotifyMask, likewise
+# The answers are sent to the root window, by some to those who asked for the first, by others for the second.
+STRUCTURE_NOTIFY, SUBSTRUCTURE_NOTIFY = 1 << 17, 1 << 19  # StructureNotifyMask, SubstructureNotifyMask
 PAUSE = 0.002  # seconds between two questions
 OURS = 0x51000000  # questions with these numbers are not the window manager's
 
@@ -40,7 +41,7 @@ class Pings:
         self._root = self._x11.XDefaultRootWindow(self._display)
         self._protocols = self._x11.XInternAtom(self._display, b"WM_PROTOCOLS", 0)
         self._ping = self._x11.XInternAtom(self._display, b"_NET_WM_PING", 0)
-        self._x11.XSelectInput(self._display, self._root, SUBSTRUCTURE_NOTIFY)
+        self._x11.XSelectInput(self._display, self._root, STRUCTURE_NOTIFY | SUBSTRUCTURE_NOTIFY)
         self._asked = {}
         self._stopped = False
         self.waits = []

@@ -95,7 +95,9 @@ bool limitThreads(GstElement& decoder, const GstCaps& caps) {
 }
 
 bool unlimitThreads(GstElement& decoder) {
-  return setThreads(decoder, mostThreads());
+  // Threads that decode whole pictures wait for each other; one more of them than processors keeps all of these busy.
+  const int processors = mostThreads();
+  return setThreads(decoder, processors > 1 ? processors + 1 : 1);
 }
 
 }  // namespace gstreamer

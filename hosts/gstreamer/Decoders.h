@@ -21,7 +21,7 @@ bool isHardwareDecoder(GstElement& element);
 /// where that changes nothing. One that has begun already goes on as it did until it is told other caps.
 bool limitThreads(GstElement& decoder, const GstCaps& caps);
 
-/// Gives a software decoder as many threads as this machine runs at once, for pictures that are wanted sooner than at
+/// Gives a software decoder all the threads that help on this machine, for pictures that are wanted sooner than at
 /// their time. False and so on likewise.
 bool unlimitThreads(GstElement& decoder);
 
