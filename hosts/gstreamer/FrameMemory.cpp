@@ -17,6 +17,9 @@ namespace {
 constexpr int mostOffers = 6;
 /// Free blocks that are kept: about as many as a decoder takes before it gives any back.
 constexpr std::size_t mostFree = 3;
+/// Rows that decoders add below a frame for their own use. More of them come of a film that is cut to its size by the
+/// decoder.
+constexpr guint mostRowsBelow = 34;
 
 struct Free {
   void operator()(std::uint8_t* data) const { std::free(data); }
@@ -154,12 +157,22 @@ void reset(GstBufferPool* pool, GstBuffer* frame) {
   GST_BUFFER_FLAG_SET(frame, GST_BUFFER_FLAG_TAG_MEMORY);
 }
 
+/// Whoever cuts a frame at the top as well does not say so of memory that is not his. Then he is to copy.
+gboolean configure(GstBufferPool* pool, GstStructure* configuration) {
+  GstVideoAlignment room;
+  gst_video_alignment_reset(&room);
+  gst_buffer_pool_config_get_video_alignment(configuration, &room);
+  return room.padding_bottom <= mostRowsBelow && GST_BUFFER_POOL_CLASS(parentOfPool)->set_config(pool, configuration);
+}
+
 GType poolType() {
   static const GType type = g_type_register_static_simple(
       GST_TYPE_VIDEO_BUFFER_POOL, "QuillopFramePool", sizeof(GstVideoBufferPoolClass),
       [](gpointer madeClass, gpointer) {
         parentOfPool = g_type_class_peek_parent(madeClass);
-        static_cast<GstBufferPoolClass*>(madeClass)->reset_buffer = reset;
+        auto* own = static_cast<GstBufferPoolClass*>(madeClass);
+        own->reset_buffer = reset;
+        own->set_config = configure;
       },
       sizeof(GstVideoBufferPool), [](GTypeInstance*, gpointer) {}, GTypeFlags{});
   return type;

@@ -245,6 +245,26 @@ TEST(Picture, MovesWhileItPlays) {
   EXPECT_TRUE(stage.until([&] { return stream->counts().shown > 20; }));
 }
 
+TEST(Picture, WhatTheFilmCutsOffAtTheTopIsNotShown) {
+  const std::string cut =
+      clips::clip("engine-cut-at-the-top.mp4",
+                  {"-f", "lavfi", "-i", "color=0xC83232:size=320x64:rate=10:duration=2", "-f", "lavfi", "-i",
+                   "color=0x3232C8:size=320x192:rate=10:duration=2", "-filter_complex", "[0][1]vstack", "-c:v",
+                   "libx264", "-pix_fmt", "yuv420p", "-bsf:v", "h264_metadata=crop_top=64"});
+  Stage stage;
+  Heard heard;
+  auto player = stage.picture(cut, heard, 320, 192);
+  player->play();
+  stage.engine().commit();
+  const Pictures stream = player->pictures();
+  ASSERT_TRUE(stage.until([&] { return stream->counts().shown > 5; }));
+  const auto picture = stream->newest();
+  ASSERT_EQ(picture->height, 192);
+  const Colour colour = colourAt(*picture, 160, 20);
+  EXPECT_GT(colour.blue, 150);
+  EXPECT_LT(colour.red, 100);
+}
+
 TEST(Picture, ASeekShowsTheFrameOfItsTargetExactly) {
   Stage stage;
   Heard heard;
