@@ -6,8 +6,8 @@
 
 namespace qtquick {
 
-/// Whether the desktop asks for as little motion as possible: "org.gnome.desktop.interface" "enable-animations" of the
-/// settings portal. Without a portal motion is welcome, unless the environment variable QUILLOP_REDUCE_MOTION is 1.
+/// Whether the desktop asks for as little motion as possible: "org.gnome.desktop.interface" "enable-animations" of
+/// the settings portal. Without one motion is welcome, unless the environment variable QUILLOP_REDUCE_MOTION is 1.
 class MotionSetting final {
  public:
   MotionSetting();

@@ -3,8 +3,24 @@
 #include "hosts/qtquick/Mirror.h"
 
 #include <QQmlComponent>
+#include <QQuickWindow>
+
+#include <cmath>
 
 namespace qtquick {
+
+namespace {
+
+/// `frame` with its edges on whole pixels of the device where a point is not a whole number of them: the software
+/// scene graph would draw the corners and the sides of a surface a pixel apart otherwise.
+QRectF onPixels(CGRect frame, double ratio) {
+  const QRectF rect(frame.origin.x, frame.origin.y, frame.size.width, frame.size.height);
+  if (std::floor(ratio) == ratio) return rect;
+  const auto edge = [ratio](double position) { return std::round(position * ratio) / ratio; };
+  return {QPointF(edge(rect.left()), edge(rect.top())), QPointF(edge(rect.right()), edge(rect.bottom()))};
+}
+
+}  // namespace
 
 Node::~Node() = default;
 
@@ -21,8 +37,9 @@ void Node::makeItem(const QString& component, QQuickItem& parent, CGRect frame) 
 }
 
 void Node::place(CGRect frame) {
-  item_->setPosition({frame.origin.x, frame.origin.y});
-  item_->setSize({frame.size.width, frame.size.height});
+  const QRectF place = onPixels(frame, item_->window() == nullptr ? 1 : item_->window()->effectiveDevicePixelRatio());
+  item_->setPosition(place.topLeft());
+  item_->setSize(place.size());
 }
 
 }  // namespace qtquick

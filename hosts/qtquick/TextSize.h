@@ -8,10 +8,10 @@
 
 namespace qtquick {
 
-/// How much larger than usual the desktop wants texts to be: "org.gnome.desktop.interface" "text-scaling-factor" of the
-/// settings portal, between 1 and 2, followed while the app runs. Desktops that run on X11 work it into the resolution
-/// that they tell the X server, by which Qt scales everything already: there the portal is not heeded a second time.
-/// The environment variable QUILLOP_TEXT_SCALE takes the desktop's place.
+/// How much larger than usual the desktop wants texts to be: "org.gnome.desktop.interface" "text-scaling-factor" of
+/// the settings portal, between 1 and 2, followed while the app runs. Desktops that run on X11 work it into the
+/// resolution that they tell the X server, by which Qt scales everything already: there the portal is not heeded a
+/// second time. The environment variable QUILLOP_TEXT_SCALE takes the desktop's place.
 class TextSize final : public QObject {
   Q_OBJECT
   Q_PROPERTY(double scale READ scale NOTIFY changed)

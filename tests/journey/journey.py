@@ -19,6 +19,7 @@ NO_FILM = "Film F, no film at all"
 CUT_IN_ITS_MIDDLE = "Film G, cut off in its middle"
 
 STAND_IN_DESKTOP = "quillop-stand-in-desktop"
+TOUCH_SCREEN = "quillop-touch-screen"
 
 # What Qt Quick and GLib say on standard error when a program of theirs is wrong.
 COMPLAINT = re.compile(r"TypeError|ReferenceError|Binding loop|-CRITICAL|-WARNING|Fatal error")
@@ -76,14 +77,22 @@ class Surroundings:
 
     @property
     def stand_in_desktop(self):
-        """The path of the program that stands in for the desktop's services: beside the program, or where it is
-        built."""
+        """The path of the program that stands in for the desktop's services."""
+        return self._beside_program(STAND_IN_DESKTOP, "desktop")
+
+    @property
+    def touch_screen(self):
+        """The path of the program that is a screen to be touched."""
+        return self._beside_program(TOUCH_SCREEN, "touch")
+
+    def _beside_program(self, name, kind):
+        """The path of a program that the tests bring: beside the app, or where it is built."""
         folder = os.path.dirname(self.program_path)
-        places = (folder, os.path.join(folder, "..", "..", "tests", "host", "desktop"))
-        found = [place for place in places if os.path.exists(os.path.join(place, STAND_IN_DESKTOP))]
+        places = (folder, os.path.join(folder, "..", "..", "tests", "host", kind))
+        found = [place for place in places if os.path.exists(os.path.join(place, name))]
         if not found:
-            raise FileNotFoundError(f"{STAND_IN_DESKTOP} is neither in {' nor in '.join(places)}")
-        return os.path.join(found[0], STAND_IN_DESKTOP)
+            raise FileNotFoundError(f"{name} is neither in {' nor in '.join(places)}")
+        return os.path.join(found[0], name)
 
     @property
     def screen_reader(self):
