@@ -1,7 +1,6 @@
 #include "hosts/desktop/MediaPlayer.h"
 
-#include <QCoreApplication>
-#include <QDBusMessage>
+#include <QGuiApplication>
 
 #include <mediaplayeradaptor.h>
 
@@ -18,10 +17,9 @@ const auto objectPath = QStringLiteral("/org/mpris/MediaPlayer2");
 const auto playerInterface = QStringLiteral("org.mpris.MediaPlayer2.Player");
 const auto serviceOfFilm = QStringLiteral("org.mpris.MediaPlayer2.quillop.film%1");
 
-const std::array<std::pair<const char*, QVariant>, 13> lastingProperties{{{"CanQuit", true},
+const std::array<std::pair<const char*, QVariant>, 12> lastingProperties{{{"CanQuit", true},
                                                                           {"CanRaise", true},
                                                                           {"HasTrackList", false},
-                                                                          {"DesktopEntry", QStringLiteral("quillop")},
                                                                           {"SupportedUriSchemes", QStringList()},
                                                                           {"SupportedMimeTypes", QStringList()},
                                                                           {"MinimumRate", 1.0},
@@ -48,6 +46,7 @@ MediaPlayer::MediaPlayer(Setting setting)
       bus_(connectionName_) {
   for (const auto& [name, value] : lastingProperties) setProperty(name, value);
   setProperty("Identity", setting_.identity);
+  setProperty("DesktopEntry", QGuiApplication::desktopFileName());
   new MediaPlayer2Adaptor(this);
   new PlayerAdaptor(this);
 }
