@@ -1,7 +1,5 @@
 #include "hosts/desktop/MediaPlayer.h"
 
-#include <QCoreApplication>
-#include <QDBusMessage>
 #include <QGuiApplication>
 
 #include <mediaplayeradaptor.h>

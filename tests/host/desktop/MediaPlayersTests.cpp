@@ -87,12 +87,12 @@ TEST_F(MediaPlayersTest, ThePlayersAreGoneWhenTheAppEnds) {
 }
 
 TEST_F(MediaPlayersTest, TheyIntroduceThemselves) {
-  QGuiApplication::setDesktopFileName(QStringLiteral("example.Panel"));
+  QGuiApplication::setDesktopFileName("example.app.App");
   startAndLoad(1);
   startAndLoad(2);
   EXPECT_EQ(client1.get("Identity", MediaClient::root), QString("Quillop – Film 1"));
   EXPECT_EQ(client2.get("Identity", MediaClient::root), QString("Quillop – Film 2"));
-  EXPECT_EQ(client1.get("DesktopEntry", MediaClient::root), "example.Panel");
+  EXPECT_EQ(client1.get("DesktopEntry", MediaClient::root), "example.app.App");
   for (const auto* able : {"CanQuit", "CanRaise"}) EXPECT_EQ(client1.get(able, MediaClient::root), true) << able;
   EXPECT_EQ(client1.get("HasTrackList", MediaClient::root), false);
   for (const auto* list : {"SupportedUriSchemes", "SupportedMimeTypes"}) {
