@@ -110,31 +110,209 @@ void end() {
   QCoreApplication::exit();
 }
 
-/// Without the token of whoever asked for it, a Wayland compositor lets no window come forward.
-void comeForward(QQuickWindow& window, const QString& activationToken = {}) {
-  if (!activationToken.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
-  if (window.visibility() == QWindow::Minimized) window.showNormal();
-  window.raise();
-  window.requestActivate();
-}
-
-std::vector<desktop::WindowMenu::Entry> windowEntries(qtquick::ScreenHost& screen, desktop::SettingsPage& settings) {
-  auto& window = screen.window();
-  const bool isFull = window.windowStates() & Qt::WindowFullScreen;
-  std::vector<desktop::WindowMenu::Entry> entries{{QStringLiteral("Settings"), [&] { settings.open(); }}};
-  if (screen.isResizable()) {
-    const auto title = isFull ? QStringLiteral("Leave full screen") : QStringLiteral("Full screen");
-    entries.push_back({title, [&] { window.setWindowStates(window.windowStates() ^ Qt::WindowFullScreen); }});
+/// The screen's window, shown where it was last.
+class MainWindow final {
+ public:
+  explicit MainWindow(qtquick::ScreenHost& screen) : screen_(screen) {
+    const auto remembered = place_.remembered();
+    if (remembered) window().setGeometry(remembered->geometry);
+    if (remembered && remembered->fullScreen) window().setWindowState(Qt::WindowFullScreen);
+    setIconAfterFirstFrame(window());
+    screen.show();
   }
-  entries.push_back({QStringLiteral("Quit"), end});
-  return entries;
+
+  QQuickWindow& window() const { return screen_.window(); }
+
+  /// Without the token of whoever asked for it, a Wayland compositor lets no window come forward.
+  void comeForward(const QString& activationToken = {}) const {
+    if (!activationToken.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+    if (window().visibility() == QWindow::Minimized) window().showNormal();
+    window().raise();
+    window().requestActivate();
+  }
+
+  void remember() const { place_.remember({window().geometry(), window().visibility() == QWindow::FullScreen}); }
+
+  std::vector<desktop::WindowMenu::Entry> menuEntries(desktop::SettingsPage& settings) const {
+    std::vector<desktop::WindowMenu::Entry> entries{{QStringLiteral("Settings"), [&settings] { settings.open(); }}};
+    if (screen_.isResizable()) {
+      const bool isFull = window().windowStates() & Qt::WindowFullScreen;
+      const auto title = isFull ? QStringLiteral("Leave full screen") : QStringLiteral("Full screen");
+      entries.push_back({title, [this] { toggleFullScreen(); }});
+    }
+    entries.push_back({QStringLiteral("Quit"), end});
+    return entries;
+  }
+
+ private:
+  void toggleFullScreen() const { window().setWindowStates(window().windowStates() ^ Qt::WindowFullScreen); }
+
+  qtquick::ScreenHost& screen_;
+  desktop::WindowPlace place_{desktop::stateFolder() + QStringLiteral("/window.ini")};
+};
+
+/// Everything around the app, in the order in which one thing needs the other.
+class Surroundings final {
+ public:
+  Surroundings() {
+    screen_.setListedItems([this] { return library_.listed(); });
+    QObject::connect(&wait_, &desktop::LibraryWait::waitingChanged, &indexingBar_,
+                     [this] { indexingBar_.setHeldBack(wait_.isWaiting()); });
+    if (desktop::isSandboxed()) settings_.setFolderQuestion([this] { bus_.askForFolder(); });
+    QObject::connect(&bus_, &desktop::DesktopBus::folderChosen, &access_, &desktop::LibraryAccess::addFolder);
+    QObject::connect(&bus_, &desktop::DesktopBus::launched, &window(), [this](const auto& request) {
+      mainWindow_.comeForward(request.activationToken);
+      if (request.wish == desktop::LaunchRequest::Wish::OpenSettings) settings_.open();
+    });
+    menu_.offer();
+  }
+
+  /// Runs the app until it is to end. Returns the exit status of the program.
+  int run(const std::string& delegateClassName);
+  void comeForward() const { mainWindow_.comeForward(); }
+
+ private:
+  class RunningApp;
+
+  QQuickWindow& window() const { return mainWindow_.window(); }
+  std::unique_ptr<host::MediaEngine> makeEngine();
+  std::unique_ptr<medialibrary::FolderLibrary> makeLibrary(std::vector<std::string> folders);
+  qtquick::WindowEvents windowEvents();
+  void tellApp(void (UIApplication::*what)()) const;
+  void pauseFilms() const;
+
+  desktop::EventLoop eventLoop_;
+  desktop::StandardOutput console_;
+  desktop::DefaultsFile defaults_{desktop::configurationFolder() + QStringLiteral("/defaults.json")};
+  desktop::BundledResources resources_;
+  desktop::DesktopServices services_{[this] { settings_.open(); }};
+  std::unique_ptr<host::Mail> mail_ = userMail(eventLoop_);
+  RunningApp* app_ = nullptr;
+  std::unique_ptr<host::MediaEngine> engine_ = makeEngine();
+  desktop::BackgroundReasons background_{[this] { tellApp(&UIApplication::enterBackground); },
+                                         [this] { tellApp(&UIApplication::enterForeground); }};
+  desktop::DesktopBus bus_{desktop::DesktopBus::usualAddresses(),
+                           [this](auto reason, bool holds) { background_.set(reason, holds); }};
+  desktop::UserPresence presence_{[this] {
+    background_.set(desktop::BackgroundReason::SessionLocked, false);
+    background_.set(desktop::BackgroundReason::ScreenSaver, false);
+  }};
+  medialibrary::ArtworkMaker artwork_{medialibrary::indexerProgram()};
+  qtquick::ScreenHost screen_{
+      [this](const auto& path, int largestSide) { return imageOf(artwork_.picture(path, largestSide)); },
+      windowEvents()};
+  MainWindow mainWindow_{screen_};
+  desktop::LibraryAccess access_{desktop::configurationFolder() + QStringLiteral("/library.json"),
+                                 desktop::systemConfigurationFolders(),
+                                 QFile::decodeName(medialibrary::videosFolder().c_str())};
+  desktop::Layers layers_{screen_};
+  desktop::AccessPrompt prompt_{layers_};
+  desktop::LibraryWait wait_{layers_};
+  desktop::GuardedLibrary library_{eventLoop_, access_, [this](auto answered) { prompt_.ask(std::move(answered)); },
+                                   [this](auto& itself, auto answered) { wait_.begin(itself, std::move(answered)); },
+                                   [this](auto folders) { return makeLibrary(std::move(folders)); }};
+  desktop::IndexingBar indexingBar_{layers_, library_};
+  desktop::SettingsPage settings_{layers_, access_, library_};
+  desktop::Notice monoNotice_{layers_, QStringLiteral("The sound output is mono: both films are heard in both ears")};
+  desktop::WindowMenu menu_{layers_, [this] { return mainWindow_.menuEntries(settings_); }};
+  /// The keys by which people open the settings of any app, whatever the app shows.
+  QShortcut settingsKeys_{QKeySequence(Qt::CTRL | Qt::Key_Comma), &window(), [this] { settings_.open(); }};
+  desktop::TerminationSignals termination_{end};
+};
+
+/// The app between its launch and its end, and what works its films from elsewhere than its screen.
+class Surroundings::RunningApp final {
+ public:
+  RunningApp(Surroundings& around, const std::string& delegateClassName)
+      : around_(around), shared_(launched(around, delegateClassName)) {
+    QObject::connect(&films_, &desktop::Films::playingChanged, &around.library_, &desktop::GuardedLibrary::setGentle);
+    around.app_ = this;
+  }
+  ~RunningApp() {
+    around_.app_ = nullptr;
+    inTurn([this] { shared_->terminate(); });
+    around_.mainWindow_.remember();
+    around_.screen_.attach(nullptr);
+  }
+  RunningApp(const RunningApp&) = delete;
+  RunningApp& operator=(const RunningApp&) = delete;
+
+  UIApplication& shared() const { return *shared_; }
+  desktop::Films& films() { return films_; }
+
+ private:
+  static Strong<UIApplication> launched(Surroundings& around, const std::string& delegateClassName) {
+    const auto& shared = UIApplication::sharedApplication();
+    shared->launch(delegateClassName);
+    around.screen_.attach(shared->keyWindow());
+    return shared;
+  }
+
+  desktop::MediaPlayers::Setting panel() {
+    return {.bus = desktop::DesktopBus::usualAddresses().session,
+            .raise = [this] { around_.comeForward(); },
+            .quit = end,
+            .title = [this](const auto& url) { return titleOf(url); },
+            .artwork = artworkFileOf};
+  }
+
+  QString titleOf(const std::string& url) const {
+    return QString::fromStdString(around_.library_.title(NSURL(url).path()));
+  }
+
+  void hearThrough(const std::optional<desktop::SoundOutput>& output, desktop::Passing passing) {
+    const auto consequences = soundOutput_.next(output, passing);
+    if (consequences.pausesFilms) films_.pause();
+    if (consequences.tellsThatItIsMono) around_.monoNotice_.show();
+  }
+
+  Surroundings& around_;
+  Strong<UIApplication> shared_;
+  desktop::Films films_{shared_->keyWindow()->rootViewController()->films()};
+  desktop::MediaPlayers mediaPlayers_{films_, panel()};
+  desktop::MediaKeys mediaKeys_{around_.window(), films_};
+  desktop::SoundOutputRule soundOutput_;
+  desktop::SoundOutputWatch soundOutputWatch_{[this](auto output, auto passing) {
+    around_.eventLoop_.post([around = &around_, output, passing] {
+      if (around->app_ != nullptr) around->app_->hearThrough(output, passing);
+    });
+  }};
+};
+
+int Surroundings::run(const std::string& delegateClassName) {
+  Platform platform(
+      {eventLoop_, console_, defaults_, resources_, services_, *mail_, bus_, screen_, *engine_, library_});
+  RunningApp app(*this, delegateClassName);
+  return QCoreApplication::exec();
 }
 
-void restore(QQuickWindow& window, const desktop::WindowPlace& place) {
-  const auto remembered = place.remembered();
-  if (!remembered) return;
-  window.setGeometry(remembered->geometry);
-  if (remembered->fullScreen) window.setWindowState(Qt::WindowFullScreen);
+void Surroundings::tellApp(void (UIApplication::*what)()) const {
+  if (app_ != nullptr) inTurn([&] { (app_->shared().*what)(); });
+}
+
+void Surroundings::pauseFilms() const {
+  if (app_ != nullptr) app_->films().pause();
+}
+
+std::unique_ptr<host::MediaEngine> Surroundings::makeEngine() {
+  gstreamer::Options options;
+  options.look = probe::loadedLook;
+  options.soundTaken = [this] { eventLoop_.post([this] { pauseFilms(); }); };
+  return gstreamer::makeEngine(eventLoop_, std::move(options));
+}
+
+std::unique_ptr<medialibrary::FolderLibrary> Surroundings::makeLibrary(std::vector<std::string> folders) {
+  medialibrary::LibraryOptions options;
+  options.folders = std::move(folders);
+  options.spare = (desktop::runtimeFolder() + QStringLiteral("/library.db")).toStdString();
+  return medialibrary::makeLibrary(eventLoop_, std::move(options));
+}
+
+qtquick::WindowEvents Surroundings::windowEvents() {
+  return {.closed = end,
+          .hidden = [this] { background_.set(desktop::BackgroundReason::WindowHidden, true); },
+          .shown = [this] { background_.set(desktop::BackgroundReason::WindowHidden, false); },
+          .menuRequested = [this] { menu_.open(); }};
 }
 
 }  // namespace
@@ -143,127 +321,17 @@ int UIApplicationMain(int argumentCount, char* arguments[], const char* /*princi
                       const std::string& delegateClassName) {
   desktop::returnFreedMemory();
   configureQt();
-  QGuiApplication application(argumentCount, arguments);
-  QQuickWindow* mainWindow = nullptr;
+  const QGuiApplication application(argumentCount, arguments);
+  Surroundings* surroundings = nullptr;
   const desktop::SingleInstance instance(desktop::runtimeFolder(), [&] {
-    if (mainWindow != nullptr) comeForward(*mainWindow);
+    if (surroundings != nullptr) surroundings->comeForward();
   });
   if (!instance.isFirst()) return 0;
   lookForFonts();
   qtquick::chooseGraphics();
-
-  desktop::EventLoop eventLoop;
-  desktop::StandardOutput console;
-  desktop::DefaultsFile defaults(desktop::configurationFolder() + QStringLiteral("/defaults.json"));
-  desktop::BundledResources resources;
-  desktop::SettingsPage* settingsPage = nullptr;
-  desktop::WindowMenu* windowMenu = nullptr;
-  desktop::DesktopServices services([&] { settingsPage->open(); });
-  const auto mail = userMail(eventLoop);
-  UIApplication* running = nullptr;  // between its launch and its end
-  desktop::Films* runningFilms = nullptr;
-  const auto pauseFilms = [&] {
-    if (runningFilms != nullptr) runningFilms->pause();
-  };
-  gstreamer::Options engineOptions;
-  engineOptions.look = probe::loadedLook;
-  engineOptions.soundTaken = [&] { eventLoop.post(pauseFilms); };
-  const auto engine = gstreamer::makeEngine(eventLoop, std::move(engineOptions));
-  desktop::BackgroundReasons background(
-      [&] {
-        if (running != nullptr) inTurn([&] { running->enterBackground(); });
-      },
-      [&] {
-        if (running != nullptr) inTurn([&] { running->enterForeground(); });
-      });
-  desktop::DesktopBus bus(desktop::DesktopBus::usualAddresses(),
-                          [&](auto reason, bool holds) { background.set(reason, holds); });
-  const desktop::UserPresence presence([&] {
-    background.set(desktop::BackgroundReason::SessionLocked, false);
-    background.set(desktop::BackgroundReason::ScreenSaver, false);
-  });
-  medialibrary::ArtworkMaker artwork(medialibrary::indexerProgram());
-  qtquick::ScreenHost screen(
-      [&](const auto& path, int largestSide) { return imageOf(artwork.picture(path, largestSide)); },
-      {.closed = end,
-       .hidden = [&] { background.set(desktop::BackgroundReason::WindowHidden, true); },
-       .shown = [&] { background.set(desktop::BackgroundReason::WindowHidden, false); },
-       .menuRequested = [&] { windowMenu->open(); }});
-  mainWindow = &screen.window();
-  const desktop::WindowPlace place(desktop::stateFolder() + QStringLiteral("/window.ini"));
-  restore(*mainWindow, place);
-  setIconAfterFirstFrame(*mainWindow);
-  screen.show();
-
-  desktop::LibraryAccess access(desktop::configurationFolder() + QStringLiteral("/library.json"),
-                                desktop::systemConfigurationFolders(),
-                                QFile::decodeName(medialibrary::videosFolder().c_str()));
-  desktop::Layers layers(screen);
-  desktop::AccessPrompt prompt(layers);
-  desktop::LibraryWait wait(layers);
-  desktop::GuardedLibrary library(
-      eventLoop, access, [&](auto answered) { prompt.ask(std::move(answered)); },
-      [&](auto& itself, auto answered) { wait.begin(itself, std::move(answered)); },
-      [&](auto folders) {
-        medialibrary::LibraryOptions options;
-        options.folders = std::move(folders);
-        options.spare = (desktop::runtimeFolder() + QStringLiteral("/library.db")).toStdString();
-        return medialibrary::makeLibrary(eventLoop, std::move(options));
-      });
-  screen.setListedItems([&] { return library.listed(); });
-  desktop::IndexingBar indexingBar(layers, library);
-  QObject::connect(&wait, &desktop::LibraryWait::waitingChanged, &indexingBar,
-                   [&] { indexingBar.setHeldBack(wait.isWaiting()); });
-  desktop::SettingsPage settings(layers, access, library);
-  if (desktop::isSandboxed()) settings.setFolderQuestion([&] { bus.askForFolder(); });
-  QObject::connect(&bus, &desktop::DesktopBus::folderChosen, &access, &desktop::LibraryAccess::addFolder);
-  desktop::Notice monoNotice(layers, QStringLiteral("The sound output is mono: both films are heard in both ears"));
-  settingsPage = &settings;
-  desktop::WindowMenu menu(layers, [&] { return windowEntries(screen, settings); });
-  menu.offer();
-  windowMenu = &menu;
-  // The keys by which people open the settings of any app, whatever the app shows.
-  const QShortcut settingsKeys(QKeySequence(Qt::CTRL | Qt::Key_Comma), mainWindow, [&] { settings.open(); });
-
-  QObject::connect(&bus, &desktop::DesktopBus::launched, mainWindow, [&](const auto& request) {
-    comeForward(*mainWindow, request.activationToken);
-    if (request.wish == desktop::LaunchRequest::Wish::OpenSettings) settings.open();
-  });
-
-  const desktop::TerminationSignals termination(end);
-  int status = 0;
-  {
-    Platform platform({eventLoop, console, defaults, resources, services, *mail, bus, screen, *engine, library});
-    const auto& shared = UIApplication::sharedApplication();
-    shared->launch(delegateClassName);
-    screen.attach(shared->keyWindow());
-    desktop::Films films(shared->keyWindow()->rootViewController()->films());
-    QObject::connect(&films, &desktop::Films::playingChanged, &library, &desktop::GuardedLibrary::setGentle);
-    const desktop::MediaPlayers mediaPlayers(
-        films, {.bus = desktop::DesktopBus::usualAddresses().session,
-                .raise = [&] { comeForward(*mainWindow); },
-                .quit = end,
-                .title = [&](const auto& url) { return QString::fromStdString(library.title(NSURL(url).path())); },
-                .artwork = artworkFileOf});
-    const desktop::MediaKeys mediaKeys(*mainWindow, films);
-    running = shared.get();
-    runningFilms = &films;
-    desktop::SoundOutputRule soundOutput;
-    const desktop::SoundOutputWatch soundOutputWatch([&](auto output, auto passing) {
-      eventLoop.post([&, output, passing] {
-        if (running == nullptr) return;
-        const auto consequences = soundOutput.next(output, passing);
-        if (consequences.pausesFilms) pauseFilms();
-        if (consequences.tellsThatItIsMono) monoNotice.show();
-      });
-    });
-    status = QCoreApplication::exec();
-    runningFilms = nullptr;
-    running = nullptr;
-    inTurn([&] { shared->terminate(); });
-    place.remember({mainWindow->geometry(), mainWindow->visibility() == QWindow::FullScreen});
-    screen.attach(nullptr);
-  }
-  mainWindow = nullptr;
+  Surroundings around;
+  surroundings = &around;
+  const int status = around.run(delegateClassName);
+  surroundings = nullptr;
   return status;
 }

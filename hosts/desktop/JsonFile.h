@@ -5,8 +5,8 @@
 
 namespace desktop {
 
-/// A file of the user's that holds one JSON object. What goes wrong is told on standard error, and is no error for who
-/// asks. Any one thread at a time.
+/// A file of the user's that holds one JSON object. What goes wrong is told on standard error, and is no error for
+/// who asks. Any one thread at a time.
 class JsonFile final {
  public:
   /// `subject` names the contents in messages: "the user defaults".

@@ -30,7 +30,8 @@ bool isKeptFromUs(const QString& folder) {
 
 LibraryAccess::LibraryAccess(QString path, QStringList policyFolders, QString videosFolder)
     : file_(std::move(path), "the answer about the media library"),
-      policyFolders_(std::move(policyFolders)), videosFolder_(std::move(videosFolder)) {
+      policyFolders_(std::move(policyFolders)),
+      videosFolder_(std::move(videosFolder)) {
   load();
 }
 

@@ -223,8 +223,7 @@ bool Pipeline::jumpTo(double position, double runUp, Precision precision, Round 
   standsAt_ = position;
   beginsAt_ = mediaTime(position);
   const auto flags = static_cast<GstSeekFlags>(
-      GST_SEEK_FLAG_FLUSH |
-      (isNear ? GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_NEAREST : GST_SEEK_FLAG_ACCURATE));
+      GST_SEEK_FLAG_FLUSH | (isNear ? GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_NEAREST : GST_SEEK_FLAG_ACCURATE));
   const Instant target = static_cast<Instant>(mediaTime(position)) - nanoseconds(runUp);
   if (!gst_element_seek_simple(pipeline_.get(), GST_FORMAT_TIME, flags, std::max<Instant>(0, target))) {
     fail(Trouble::Where::Media, "the file cannot be sought in");

@@ -13,24 +13,25 @@ QtObject {
     // Of texts that take more lines than one.
     readonly property real lineHeight: 1.15
 
+    // Greys go where the desktop asks for high contrast.
     readonly property color text: "#FFFFFF"
-    readonly property color secondaryText: "#C6CED3"
-    readonly property color dimText: "#A9B4BA"
+    readonly property color secondaryText: contrast.high ? "#FFFFFF" : "#C6CED3"
+    readonly property color dimText: contrast.high ? "#FFFFFF" : "#A9B4BA"
     // Films have colours of their own; this one is the system's, and film 1's.
     readonly property color accent: "#3DA9FC"
     readonly property color accentText: "#0B0E10"
 
     readonly property color background: "#0B0E10"
-    readonly property color bar: "#1B2124"
-    readonly property color page: "#161B1E"
+    readonly property color bar: contrast.high ? "#000000" : "#1B2124"
+    readonly property color page: contrast.high ? "#000000" : "#161B1E"
     // A group of rows on a page.
-    readonly property color group: "#20272B"
-    readonly property color card: "#232B30"
-    readonly property color outline: "#3A454C"
-    readonly property color hairline: "#2C363C"
-    readonly property color control: "#39444B"
-    readonly property color track: "#59666E"
-    readonly property color mark: "#8A979F"
+    readonly property color group: contrast.high ? "#000000" : "#20272B"
+    readonly property color card: contrast.high ? "#000000" : "#232B30"
+    readonly property color outline: contrast.high ? "#FFFFFF" : "#3A454C"
+    readonly property color hairline: contrast.high ? "#FFFFFF" : "#2C363C"
+    readonly property color control: contrast.high ? "#4D4D4D" : "#39444B"
+    readonly property color track: contrast.high ? "#FFFFFF" : "#59666E"
+    readonly property color mark: contrast.high ? "#FFFFFF" : "#8A979F"
     readonly property color shade: "#000000"
     readonly property real shadeOpacity: 0.6
 

@@ -141,6 +141,7 @@ TEST_P(SeekByHand, BringsPictureAndSoundToTheSecondTogether) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Film, SeekByHand, testing::ValuesIn(writings), [](const auto& film) { return film.param.name; });
+INSTANTIATE_TEST_SUITE_P(Film, SeekByHand, testing::ValuesIn(writings),
+                         [](const auto& film) { return film.param.name; });
 
 }  // namespace gstreamer
