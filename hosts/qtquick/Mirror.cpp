@@ -135,12 +135,15 @@ bool Mirror::isSheet(const UIView& view) const {
 
 Qt::FocusReason Mirror::focusReason() const {
   const QQuickItem* item = stage_.window() == nullptr ? nullptr : stage_.window()->activeFocusItem();
-  // What had it may be gone: a question that was answered.
-  if (item == nullptr || item == &stage_) return usualFocusReason_();
-  bool isShown = item->property("visualFocus").toBool();
+  QVariant shown = item == nullptr ? QVariant() : item->property("visualFocus");
   // A list shows it at its current row.
-  for (; item != nullptr && !isShown; item = item->parentItem()) isShown = item->property("showsFocus").toBool();
-  return isShown ? Qt::TabFocusReason : Qt::OtherFocusReason;
+  for (; item != nullptr && !shown.toBool(); item = item->parentItem()) {
+    const QVariant ofList = item->property("showsFocus");
+    if (ofList.isValid()) shown = ofList;
+  }
+  // What had it may be gone: a question that was answered.
+  if (!shown.isValid()) return usualFocusReason_();
+  return shown.toBool() ? Qt::TabFocusReason : Qt::OtherFocusReason;
 }
 
 void Mirror::readAgain() {

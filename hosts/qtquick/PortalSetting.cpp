@@ -28,6 +28,8 @@ PortalSetting::PortalSetting(QDBusConnection bus, QString group, QString key,
                              std::function<void(const QVariant&)> changed)
     : bus_(std::move(bus)), group_(std::move(group)), key_(std::move(key)), changed_(std::move(changed)) {
   if (!bus_.isConnected()) return;
+  // Qt looks the slot's types up by their names, and nobody may have used this one yet.
+  qRegisterMetaType<QDBusVariant>();
   bus_.connect(portalService, portalPath, settingsInterface, QStringLiteral("SettingChanged"), this,
                SLOT(settingChanged(QString, QString, QDBusVariant)));
   ask();

@@ -72,7 +72,8 @@ class MediaPanels(Journey):
         self.program.press(self.film2.playing)
         self.hear_nothing(self.film2)
         crowd.close()
-        self.player1.do("pause")
+        # What the crowd sent before is refused until its share is done with, and so may be whoever asks meanwhile.
+        until(lambda: self.player1.does("pause"), "an end of the crowd")
         self.hear_nothing(self.film1)
         self.player1.do("play")
         self.hear(self.film1, FILM_A)
