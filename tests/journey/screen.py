@@ -170,7 +170,7 @@ class VirtualScreen:
 
     def windows_of(self, process_id):
         """The visible windows of a process."""
-        found = self._run("xdotool", "search", "--onlyvisible", "--pid", str(process_id), "--name", ".")
+        found = self._run("xdotool", "search", "--all", "--onlyvisible", "--pid", str(process_id), "--name", ".")
         return [int(line) for line in found.split() if line.isdigit()]
 
     def windows_of_class(self, name):
