@@ -8,7 +8,7 @@ namespace desktop {
 
 namespace {
 
-/// The specification derives it from the name.
+/// Follows from the name, as org.freedesktop.Application has it.
 QString objectPathOf(const QString& applicationId) {
   QString path = QLatin1Char('/') + applicationId;
   return path.replace(QLatin1Char('.'), QLatin1Char('/')).replace(QLatin1Char('-'), QLatin1Char('_'));

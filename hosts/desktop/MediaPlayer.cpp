@@ -12,7 +12,7 @@ namespace desktop {
 
 namespace {
 
-// Fixed by the specification.
+// Fixed by MPRIS 2.2.
 const auto objectPath = QStringLiteral("/org/mpris/MediaPlayer2");
 const auto playerInterface = QStringLiteral("org.mpris.MediaPlayer2.Player");
 const auto serviceOfFilm = QStringLiteral("org.mpris.MediaPlayer2.quillop.film%1");
