@@ -276,6 +276,24 @@ TEST_F(SoundServers, AFilmPausedWhileThereIsNoServerIsHeardWhenItGoesOn) {
   expectNothingEnded();
 }
 
+TEST_F(SoundServers, AFilmWhoseSinkVanishesWhileItStandsStillIsHeardWhenItGoesOn) {
+  ASSERT_TRUE(server_.start({"first", "second"}));
+  server_.command({"set-default-sink", "first"});
+  load({steady("0.2"), steady("0.6")});
+  ASSERT_TRUE(areInTheirEars(Listener(server_, "first"), 0.2F, 0.6F));
+  for (auto& film : films_) film.sound->pause(), film.picture->pause();
+  stage_.engine().commit();
+  stage_.loop().runFor(0.5);  // sought and ready to go on
+  server_.removeSink("second");
+  server_.removeSink("first");
+  server_.addSink("third");
+  for (auto& film : films_) film.sound->play(), film.picture->play();
+  stage_.engine().commit();
+  EXPECT_TRUE(areInTheirEars(Listener(server_, "third"), 0.2F, 0.6F));
+  EXPECT_TRUE(picturesMove());
+  expectNothingEnded();
+}
+
 TEST_F(SoundServers, ACallThatTakesTheSoundIsTold) {
   ASSERT_TRUE(server_.start());
   server_.command({"load-module", "module-role-cork", "trigger_roles=phone", "cork_roles=video"});
