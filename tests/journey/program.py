@@ -62,6 +62,7 @@ class Program:
         self.stage = stage
         self.lines = []
         self.errors = []
+        self._name = os.path.basename(path)
         self._mark = uuid.uuid4().hex
         self._grown = threading.Condition()
         own = {MARK: self._mark, "LANG": "C.UTF-8", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
@@ -115,6 +116,19 @@ class Program:
     def left_running(self):
         """The ids of all processes that came of this start and are still there, itself included."""
         return marked(MARK, self._mark)
+
+    def others_running(self):
+        """The paths of the other programs among them. Its indexer comes and goes, and so does what looks through its
+        libraries' plugins at the first start in a home."""
+        found = set()
+        for process_id in self.left_running():
+            try:
+                path = os.readlink(f"/proc/{process_id}/exe")
+            except OSError:
+                continue  # it has ended meanwhile
+            if os.path.basename(path) not in (self._name, f"{self._name}-indexer", "gst-plugin-scanner"):
+                found.add(path)
+        return found
 
     @property
     def process_id(self):

@@ -127,11 +127,11 @@ class Mail(OtherPrograms):
         browser = Registered(self.home, "browser", ["text/html", "x-scheme-handler/https"], "%u")
         self.start_on_a_bare_system()
         self.open_info()
-        shown, running = self.program.root.shown_names(), self.program.left_running()
+        shown, running = self.program.root.shown_names(), self.program.others_running()
         self.write()
         self.assert_nothing_is_said_for_a_while(self.program, 1.0)
         self.assertEqual(self.program.root.shown_names(), shown)
-        self.assertEqual(set(self.program.left_running()) - set(running), set())
+        self.assertEqual(self.program.others_running(), running)
         self.assertFalse(browser.was_started)
         self.check_info_is_back()
 

@@ -1,6 +1,8 @@
 """The whole of the app through the accessibility interface alone, with neither pointer nor keys: from the first start
 to both films closed. What changes is told to whoever listens."""
 
+import time
+
 from journey import FILM_A, FILM_B, Journey
 
 QUESTION = '"Quillop" would like to access your media library'
@@ -14,12 +16,15 @@ SHOWING = "object:state-changed:showing"
 CAME = "object:children-changed:add"
 WENT = "object:children-changed:remove"
 
+SURELY_SHOWN = 4.0  # seconds; controls that nobody uses leave after 7
+
 
 class ScreenReaderAlone(Journey):
     def setUp(self):
         super().setUp()
         self.screen.point_at(0, 0)  # out of the window
         self.reader = self.surroundings.screen_reader
+        self.shown_since = {}  # by the numbers of films: when their controls were brought forward
 
     def begin_reading(self, home):
         self.reader.mark()
@@ -115,12 +120,19 @@ class ScreenReaderAlone(Journey):
     def show_controls(self, film):
         """So that they stay for seconds."""
         if self.root.find(film.closing) is not None:
-            self.press(f"Film {film.number}")
-            self.wait_until_gone(film.closing)
+            self.leave_controls(film)
         place = self.reader.mark()
         self.press(f"Film {film.number}")
+        self.shown_since[film.number] = time.monotonic()
         self.there(film.closing)
         return place
+
+    def leave_controls(self, film):
+        """Those that have been there for seconds may leave by themselves at any moment, and a press would bring them
+        back."""
+        if time.monotonic() - self.shown_since.get(film.number, 0.0) < SURELY_SHOWN:
+            self.press(f"Film {film.number}")
+        self.wait_until_gone(film.closing)
 
     def pause_and_resume(self, film, clip):
         place = self.show_controls(film)
