@@ -24,7 +24,7 @@ class ScreenReaderAlone(Journey):
         super().setUp()
         self.screen.point_at(0, 0)  # out of the window
         self.reader = self.surroundings.screen_reader
-        self.shown_since = {}  # by the numbers of films: when their controls were brought forward
+        self.shown = {}  # by the numbers of films: when their controls were brought forward, and that place
 
     def begin_reading(self, home):
         self.reader.mark()
@@ -118,21 +118,27 @@ class ScreenReaderAlone(Journey):
         return f"tabella {film.number}" in self.program.lines[place:] or self.root.find("Choose videos")
 
     def show_controls(self, film):
-        """So that they stay for seconds."""
+        """So that they stay for seconds. Waits to be told of it: what comes and goes in between is not told at all."""
         if self.root.find(film.closing) is not None:
             self.leave_controls(film)
+        return self.bring_controls(film)
+
+    def bring_controls(self, film):
         place = self.reader.mark()
         self.press(f"Film {film.number}")
-        self.shown_since[film.number] = time.monotonic()
+        self.shown[film.number] = time.monotonic(), place
         self.there(film.closing)
+        self.reader.wait_until_told(CAME, f"Film {film.number}", place)
         return place
 
     def leave_controls(self, film):
         """Those that have been there for seconds may leave by themselves at any moment, and a press would bring them
         back."""
-        if time.monotonic() - self.shown_since.get(film.number, 0.0) < SURELY_SHOWN:
+        since, place = self.shown.get(film.number, (0.0, 0))
+        if time.monotonic() - since < SURELY_SHOWN:
             self.press(f"Film {film.number}")
         self.wait_until_gone(film.closing)
+        self.reader.wait_until_told(WENT, f"Film {film.number}", place)
 
     def pause_and_resume(self, film, clip):
         place = self.show_controls(film)
@@ -171,16 +177,11 @@ class ScreenReaderAlone(Journey):
         self.hear(film, clip)
 
     def hide_and_show_controls(self, film):
-        self.show_controls(film)
-        place = self.reader.mark()
-        self.press(f"Film {film.number}")
-        self.wait_until_gone(film.position)
-        self.reader.wait_until_told(WENT, f"Film {film.number}", place)
         controls = {film.position, film.volume, film.closing, film.playing}
+        self.show_controls(film)
+        self.leave_controls(film)
         self.assertEqual(self.names_in_reach() & controls, set())
-        self.press(f"Film {film.number}")
-        self.there(film.position)
-        self.reader.wait_until_told(CAME, f"Film {film.number}", place)
+        self.bring_controls(film)
         self.assertLessEqual(controls, self.names_in_reach())
 
     def close(self, film):
