@@ -59,8 +59,9 @@ class Ground:
 
     @property
     def film_seconds(self):
-        """How long films have to be to be still playing when a measurement that begins late is over."""
-        return -(-(28 + self.seconds) // 10) * 10
+        """How long films have to be to be still playing when a measurement that begins late is over, and to have every
+        second that a finger on a slider comes to."""
+        return max(50, -(-(28 + self.seconds) // 10) * 10)
 
     def servers(self):
         """The X server and the sound server: what they do, they do for the one who plays."""

@@ -34,6 +34,12 @@ Strong<Wakefulness> Platform::wakefulness() {
   return shared;
 }
 
+Strong<Scrubbing> Platform::scrubbing() {
+  auto shared = scrubbing_.lock();
+  if (!shared) scrubbing_ = shared = std::make_shared<Scrubbing>(ports_.mediaEngine);
+  return shared;
+}
+
 void Platform::finishTurn() {
   if (const auto window = application_->keyWindow()) window->layoutIfNeeded();
   ports_.mediaEngine.commit();

@@ -18,6 +18,18 @@ class Wakefulness final {
   host::Display& display_;
 };
 
+/// From its beginning to its end, fingers hold sliders.
+class Scrubbing final {
+ public:
+  explicit Scrubbing(host::MediaEngine& engine) : engine_(engine) { engine_.setScrubbing(true); }
+  ~Scrubbing() { engine_.setScrubbing(false); }
+  Scrubbing(const Scrubbing&) = delete;
+  Scrubbing& operator=(const Scrubbing&) = delete;
+
+ private:
+  host::MediaEngine& engine_;
+};
+
 /// One running platform: the state behind the frameworks' shared objects (the main run loop, the default
 /// notification centre, the shared application), on the ports of one host. The composition root makes one, each
 /// test its own. Main thread only.
@@ -38,6 +50,8 @@ class Platform {
   const Strong<UIApplication>& application() const { return application_; }
   /// For as long as somebody holds one, the display stays lit.
   Strong<Wakefulness> wakefulness();
+  /// For as long as somebody holds one, the media engine knows of it.
+  Strong<Scrubbing> scrubbing();
 
   /// The end of a turn of the main loop: lays out what asked for it, and lets media commands take effect.
   void finishTurn();
@@ -48,4 +62,5 @@ class Platform {
   NSNotificationCenter notificationCenter_;
   Strong<UIApplication> application_;
   Weak<Wakefulness> wakefulness_;
+  Weak<Scrubbing> scrubbing_;
 };

@@ -28,6 +28,13 @@ void Conductor::perform(const Transaction& transaction) {
   if (!starting.empty()) startTogether(std::move(starting));
 }
 
+void Conductor::setScrubbing(bool isScrubbing) {
+  surroundings_->isScrubbing = isScrubbing;
+  if (isScrubbing) return;
+  const auto decks = decks_;
+  for (const auto& deck : decks) deck->settle();
+}
+
 void Conductor::leaveGroup(const Deck& deck) {
   const auto old = groups_;
   for (const auto& group : old) {

@@ -21,6 +21,7 @@ class Conductor final : public std::enable_shared_from_this<Conductor> {
   explicit Conductor(std::shared_ptr<Surroundings> surroundings);
 
   void perform(const Transaction& transaction);
+  void setScrubbing(bool isScrubbing);
   void deckIsReady(Deck& deck);
   void deckLags(const Deck& sound, double lag);
   void deckRanDry(const Deck& deck);

@@ -18,6 +18,8 @@ namespace {
 constexpr Instant fingerPause = nanoseconds(0.3);
 /// Sound waits for so long whether the finger goes on: sound that jumps along with it would only crackle.
 constexpr Instant settling = nanoseconds(0.1);
+/// A finger that holds its slider still for so long has come to where it wants to be.
+constexpr Instant resting = nanoseconds(0.15);
 /// A pipeline that would be later than this skips ahead rather than hurry after the others. Sound cannot hurry.
 constexpr double tolerableLatenessOfPicture = 0.1;
 constexpr double tolerableLatenessOfSound = 0.005;
@@ -111,9 +113,10 @@ void Deck::moveTo(double position) {
   const double target = std::max(0.0, length > 0.0 ? std::min(position, length) : position);
   const Instant time = now();
   const bool quickly = time - lastTarget_ < settling;
-  fingerMoves_ = time - lastTarget_ < fingerPause;
+  fingerMoves_ = surroundings_->isScrubbing || time - lastTarget_ < fingerPause;
   lastTarget_ = time;
-  settlesAt_ = quickly ? time + settling : 0;
+  settlesAt_ = quickly && setup_.kind == Kind::Sound ? time + settling : 0;
+  if (surroundings_->isScrubbing) settlesAt_ = time + resting;
   atEnd_ = false;
   broken_ = false;
   damages_ = 0;
@@ -244,12 +247,23 @@ void Deck::pausePipeline() {
 }
 
 void Deck::seekPipeline() {
-  if (setup_.kind == Kind::Sound && now() < settlesAt_) return later(settlesAt_, &Deck::advance);
+  if (awaitsFurtherTarget()) return later(settlesAt_, &Deck::advance);
   standsAt_ = pipelineTarget(*aim_);
   const auto precision = nextPrecision();
   submit([target = standsAt_, precision, round = pipeline_->round()](Pipeline& pipeline) {
     return pipeline.seek(target, precision, round);
   });
+}
+
+/// What takes long is begun once the finger rests: it would be in vain, and in the way of what is to be shown at once.
+bool Deck::awaitsFurtherTarget() const {
+  if (now() >= settlesAt_) return false;
+  return setup_.kind == Kind::Sound || previewed_ == aim_;
+}
+
+void Deck::settle() {
+  settlesAt_ = 0;
+  advance();
 }
 
 /// Under a moving finger each target is shown by a key frame near it, which comes at once, and then by the very

@@ -50,6 +50,8 @@ struct Surroundings {
   std::function<void(const Deck&)> deckIsRefused;
   /// Seconds by which the sound device was late when it was started last. Engine's thread.
   double startLag = 0.0;
+  /// A finger holds a slider. Engine's thread.
+  bool isScrubbing = false;
 };
 
 /// One player behind its main-thread face: keeps the timeline, and makes its pipeline follow it. Everything runs on
@@ -91,6 +93,8 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   void refuse();
   /// The pipeline stands at the timeline's position, or there is none to wait for.
   bool isReady() const;
+  /// No further target is to be expected: what was waited with for it is done now.
+  void settle();
   /// The timeline runs from `instant`; a pipeline that is not ready follows as soon as it is.
   void start(Instant instant);
   /// Ends everything. `closed` is called, on the engine's thread, when the last of the pipeline is gone.
@@ -124,6 +128,7 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   void dropPipeline();
   void pausePipeline();
   void seekPipeline();
+  bool awaitsFurtherTarget() const;
   Precision nextPrecision();
   void submit(Work work);
   void finished(const Outcome& outcome);

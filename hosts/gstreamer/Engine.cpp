@@ -60,6 +60,10 @@ class Engine final : public host::MediaEngine {
     return makeSoundPlayer(turn_, surroundings_, url, std::move(events));
   }
 
+  void setScrubbing(bool isScrubbing) override {
+    thread_.queue()->post([conductor = conductor_, isScrubbing] { conductor->setScrubbing(isScrubbing); });
+  }
+
   void commit() override { turn_->commit(); }
 
  private:

@@ -29,6 +29,9 @@ constexpr const char* transportStreamParser = "tsdemux";
 constexpr std::array runUps = {2.0, 8.0, 32.0};
 /// A first picture that begins later after the place than this tells that the run-up was too short.
 constexpr GstClockTime mostLateStart = 150 * GST_MSECOND;
+/// A parser that looks for the key frame before a place goes to where all its streams have something. Of a sound track
+/// that is up to this far before the place, and a key frame at the place itself would be missed.
+constexpr Instant longestSoundPacket = 50 * GST_MSECOND;
 constexpr const char* noSuchStream = "the file has no stream of the kind that was to be played";
 
 /// Streams of a container have what decoders need to know in their caps, the container itself has not.
@@ -223,8 +226,9 @@ bool Pipeline::jumpTo(double position, double runUp, Precision precision, Round 
   standsAt_ = position;
   beginsAt_ = mediaTime(position);
   const auto flags = static_cast<GstSeekFlags>(
-      GST_SEEK_FLAG_FLUSH | (isNear ? GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_NEAREST : GST_SEEK_FLAG_ACCURATE));
-  const Instant target = static_cast<Instant>(mediaTime(position)) - nanoseconds(runUp);
+      GST_SEEK_FLAG_FLUSH | (isNear ? GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_BEFORE : GST_SEEK_FLAG_ACCURATE));
+  const Instant target =
+      static_cast<Instant>(mediaTime(position)) + (isNear ? longestSoundPacket : -nanoseconds(runUp));
   if (!gst_element_seek_simple(pipeline_.get(), GST_FORMAT_TIME, flags, std::max<Instant>(0, target))) {
     fail(Trouble::Where::Media, "the file cannot be sought in");
     return false;

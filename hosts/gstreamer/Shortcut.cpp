@@ -109,6 +109,22 @@ bool isAll(Part kind, GstBuffer& picture, const Packing& packing) {
   }
 }
 
+/// The same segment, of which everything before it is to be played too. A parser that was sent to the key frame
+/// before a place may begin the segment where another stream has something, behind the picture's key frame, which
+/// would not come out then. Takes `event` and gives another one.
+GstEvent* withoutBeginning(GstEvent* event) {
+  const Event old(event);
+  const GstSegment* found = nullptr;
+  gst_event_parse_segment(old.get(), &found);
+  GstSegment segment = *found;
+  const guint64 before = std::min(segment.start, segment.time);
+  segment.start -= before, segment.time -= before;
+  segment.position = segment.start;
+  GstEvent* longer = gst_event_new_segment(&segment);
+  gst_event_set_seqnum(longer, gst_event_get_seqnum(old.get()));
+  return longer;
+}
+
 }  // namespace
 
 std::optional<Packing> Packing::of(const GstCaps& caps) {
@@ -140,6 +156,8 @@ GstPadProbeReturn Shortcut::see(GstPad* pad, GstPadProbeInfo* info, gpointer sho
   auto& self = *static_cast<Shortcut*>(shortcut);
   if (GST_IS_EVENT(info->data)) {
     self.seeEvent(*GST_PAD_PROBE_INFO_EVENT(info));
+    if (self.begins_ && self.endsAtKeyFrame_ && GST_EVENT_TYPE(info->data) == GST_EVENT_SEGMENT)
+      info->data = withoutBeginning(GST_PAD_PROBE_INFO_EVENT(info));
     return GST_PAD_PROBE_OK;
   }
   return self.seePicture(*pad, *GST_PAD_PROBE_INFO_BUFFER(info));

@@ -115,6 +115,10 @@ class MediaEngine {
   virtual std::unique_ptr<PicturePlayer> openPicture(const std::string& url, PlayerEvents events) = 0;
   virtual std::unique_ptr<SoundPlayer> openSound(const std::string& url, PlayerEvents events) = 0;
 
+  /// Whether a finger holds a slider, so that seek may follow seek at any moment. Meanwhile a picture near the target
+  /// that is there soon is worth more than the exact one.
+  virtual void setScrubbing(bool isScrubbing) = 0;
+
   /// The end of a turn: what was commanded since the last time takes effect. Never waits.
   virtual void commit() = 0;
 };

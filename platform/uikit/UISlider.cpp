@@ -1,5 +1,7 @@
 #include "platform/uikit/UISlider.h"
 
+#include "platform/Platform.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -33,7 +35,7 @@ void UISlider::setTintColor(UIColor color) {
 
 void UISlider::beginTracking() {
   if (!acceptsInput(*this)) return;
-  tracking_ = true;
+  scrubbing_ = Platform::current().scrubbing();
   movedWhileTracking_ = false;
   changed();
 }
@@ -46,14 +48,14 @@ bool UISlider::moveTo(float value) {
 }
 
 void UISlider::track(float value) {
-  if (!tracking_ || !acceptsInput(*this) || !moveTo(value)) return;
+  if (!isTracking() || !acceptsInput(*this) || !moveTo(value)) return;
   movedWhileTracking_ = true;
   if (continuous_) sendActionsForControlEvents(UIControlEvents::ValueChanged);
 }
 
 void UISlider::endTracking() {
-  if (!tracking_) return;
-  tracking_ = false;
+  if (!isTracking()) return;
+  scrubbing_ = nullptr;
   changed();
   if (movedWhileTracking_ && !continuous_) sendActionsForControlEvents(UIControlEvents::ValueChanged);
 }

@@ -2,6 +2,8 @@
 
 #include "platform/uikit/UIControl.h"
 
+class Scrubbing;
+
 /// A value on a range, set by code and by a person. Values are single precision.
 class UISlider final : public UIControl {
  public:
@@ -26,7 +28,7 @@ class UISlider final : public UIControl {
   void setStep(float step) { step_ = step; }
 
   /// A finger is on the slider. Whoever draws it never moves it meanwhile.
-  bool isTracking() const { return tracking_; }
+  bool isTracking() const { return scrubbing_ != nullptr; }
   /// A finger was put on it. Nothing happens where the slider cannot be used.
   void beginTracking();
   /// The finger moved to `value`. Sends the action when the value is another and the slider is continuous.
@@ -45,6 +47,6 @@ class UISlider final : public UIControl {
   float step_ = 0;
   UIColor tintColor_ = UIColor::whiteColor();
   bool continuous_ = true;
-  bool tracking_ = false;
+  Strong<Scrubbing> scrubbing_;  ///< while it is being tracked
   bool movedWhileTracking_ = false;
 };

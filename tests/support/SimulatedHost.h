@@ -157,6 +157,7 @@ class MediaEngine final : public host::MediaEngine {
   host::MediaFacts facts(const std::string& url) override;
   std::unique_ptr<host::PicturePlayer> openPicture(const std::string& url, host::PlayerEvents events) override;
   std::unique_ptr<host::SoundPlayer> openSound(const std::string& url, host::PlayerEvents events) override;
+  void setScrubbing(bool isScrubbing) override { scrubbing = isScrubbing; }
   void commit() override;
 
   /// The player that is open by that name ("a.mp4 video"); none when there is none.
@@ -166,6 +167,7 @@ class MediaEngine final : public host::MediaEngine {
 
   Lines calls;
   Lines expected;
+  bool scrubbing = false;
   std::map<std::string, host::MediaFacts> factsByUrl;  ///< others are a readable film of 60 s with sound and picture
 
  private:

@@ -115,6 +115,19 @@ class SeekByHand : public testing::TestWithParam<Writing> {
     return least;
   }
 
+  /// A finger that has come to `target` and trembles there, so that it never rests.
+  bool showsUnderAMovingFinger(double target, double shownAs) {
+    double moved = -1.0;
+    return stage_.until([&] {
+      if (const double time = seconds(now()); time - moved > 0.05) {
+        moved = time;
+        picture_->seek(target), sound_->seek(target);
+        stage_.engine().commit();
+      }
+      return shows(shownAs);
+    });
+  }
+
   Stage stage_;
   std::unique_ptr<host::SoundPlayer> sound_;
   std::unique_ptr<host::PicturePlayer> picture_;
@@ -140,6 +153,38 @@ TEST_P(SeekByHand, BringsPictureAndSoundToTheSecondTogether) {
     EXPECT_NEAR(sound_->position(), picture_->position(), 0.001);
   }
 }
+
+/// With key frames every second, at places where the sound track has no packet that begins.
+class Scrubbing : public SeekByHand {};
+
+TEST_P(Scrubbing, ShowsTheKeyFrameOfEachSecondThatTheFingerComesTo) {
+  ASSERT_TRUE(stage_.until([&] { return shown() >= 0.0; }));
+  stage_.engine().setScrubbing(true);
+  for (const double target : {7.0, 6.0, 5.0, 3.0, 8.0})
+    EXPECT_TRUE(showsUnderAMovingFinger(target, target)) << "shows " << shown() << " instead of " << target;
+}
+
+TEST_P(Scrubbing, ShowsTheVeryPictureOnceTheFingerIsLifted) {
+  ASSERT_TRUE(stage_.until([&] { return shown() >= 0.0; }));
+  stage_.engine().setScrubbing(true);
+  ASSERT_TRUE(showsUnderAMovingFinger(6.4, 6.0));
+  stage_.engine().setScrubbing(false);
+  EXPECT_TRUE(stage_.until([&] { return shows(6.4); })) << "shows " << shown();
+}
+
+TEST_P(Scrubbing, ShowsTheVeryPictureOnceTheFingerRests) {
+  ASSERT_TRUE(stage_.until([&] { return shown() >= 0.0; }));
+  stage_.engine().setScrubbing(true);
+  ASSERT_TRUE(showsUnderAMovingFinger(6.4, 6.0));
+  EXPECT_TRUE(stage_.until([&] { return shows(6.4); })) << "shows " << shown();
+}
+
+const std::vector<Writing> ofShortGroups = {
+    {"Mp4OfShortGroups", "mp4", {"-c:v", "libx264", "-g", "25", "-sc_threshold", "0", "-c:a", "aac", "-ar", "44100"}},
+    {"MatroskaOfShortGroups", "mkv", {"-c:v", "libx264", "-g", "25", "-sc_threshold", "0", "-c:a", "flac"}}};
+
+INSTANTIATE_TEST_SUITE_P(Film, Scrubbing, testing::ValuesIn(ofShortGroups),
+                         [](const auto& film) { return film.param.name; });
 
 INSTANTIATE_TEST_SUITE_P(Film, SeekByHand, testing::ValuesIn(writings),
                          [](const auto& film) { return film.param.name; });

@@ -54,6 +54,7 @@ class PaintedEngine final : public host::MediaEngine {
   std::unique_ptr<host::SoundPlayer> openSound(const std::string& url, host::PlayerEvents events) override {
     return recorded_.openSound(url, std::move(events));
   }
+  void setScrubbing(bool isScrubbing) override { recorded_.setScrubbing(isScrubbing); }
   void commit() override { recorded_.commit(); }
 
   /// The pictures of all players so far, oldest first.

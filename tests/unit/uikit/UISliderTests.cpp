@@ -96,6 +96,28 @@ TEST_F(UISliderTest, AFingerMovesItAndSendsEachNewValue) {
   EXPECT_THAT(takeLines(), ElementsAre("Root moved to 10.0", "Root moved to 20.5"));
 }
 
+TEST_F(UISliderTest, TheMediaEngineKnowsForHowLongFingersHoldSliders) {
+  const auto other = make<UISlider>();
+  root().view()->addSubview(other);
+  slider().beginTracking();
+  EXPECT_TRUE(host.mediaEngine.scrubbing);
+  other->beginTracking();
+  slider().endTracking();
+  EXPECT_TRUE(host.mediaEngine.scrubbing);
+  other->endTracking();
+  EXPECT_FALSE(host.mediaEngine.scrubbing);
+}
+
+TEST_F(UISliderTest, OneThatGoesAwayUnderAFingerIsNotHeldAnyMore) {
+  auto other = make<UISlider>();
+  root().view()->addSubview(other);
+  other->beginTracking();
+  EXPECT_TRUE(host.mediaEngine.scrubbing);
+  other->removeFromSuperview();
+  other = nullptr;
+  EXPECT_FALSE(host.mediaEngine.scrubbing);
+}
+
 TEST_F(UISliderTest, ATouchThatDoesNotMoveItSendsNothing) {
   slider().beginTracking();
   slider().endTracking();
