@@ -39,21 +39,26 @@ class Engine final : public host::MediaEngine {
       if (const auto conductor = weak.lock()) conductor->deckIsRefused(deck);
     };
     turn_ = std::make_shared<Turn>(conductor_, thread_.queue());
+    pictures_ = std::make_shared<PictureOpener>(turn_, surroundings_);
     thread_.queue()->postAt(now() + nanoseconds(quietTime), loadUsualPlugins);
   }
 
   ~Engine() override {
+    pictures_.reset();
     thread_.queue()->post([conductor = conductor_] { conductor->closeAll(); });
     if (conductor_->waitUntilAllClosed(closingPatience_)) return;
     thread_.queue()->post([conductor = conductor_] { conductor->abandonClosing(); });
     thread_.end(closingPatience_);
   }
 
-  void expect(const std::string& url) override { facts_->expect(url); }
+  void expect(const std::string& url) override {
+    facts_->expect(url);
+    pictures_->expect(url);
+  }
   host::MediaFacts facts(const std::string& url) override { return facts_->facts(url); }
 
   std::unique_ptr<host::PicturePlayer> openPicture(const std::string& url, host::PlayerEvents events) override {
-    return makePicturePlayer(turn_, surroundings_, url, std::move(events));
+    return pictures_->open(url, std::move(events));
   }
 
   std::unique_ptr<host::SoundPlayer> openSound(const std::string& url, host::PlayerEvents events) override {
@@ -73,6 +78,7 @@ class Engine final : public host::MediaEngine {
   std::shared_ptr<Surroundings> surroundings_;
   std::shared_ptr<Conductor> conductor_;
   std::shared_ptr<Turn> turn_;
+  std::shared_ptr<PictureOpener> pictures_;
 };
 
 }  // namespace

@@ -30,6 +30,8 @@ struct Options {
   /// Seconds for which the others of a transaction wait for a picture, which may have to be decoded from a key frame
   /// that lies far before it.
   double picturePatience = 3.0;
+  /// Seconds for which a picture that was decoded before it was asked for is kept.
+  double sparePatience = 5.0;
   /// Seconds for which a hardware decoder may neither take nor give anything before it counts as stuck.
   double decoderPatience = 2.5;
   /// Seconds between attempts to get at a sound device that failed, while the film plays.

@@ -78,12 +78,17 @@ class Commands {
 
   double position() const { return timeline_->position(); }
 
+  /// From now on these are told.
+  void setEvents(host::PlayerEvents events) { *events_ = std::move(events); }
+
  private:
   std::shared_ptr<Turn> turn_;
   std::shared_ptr<host::PlayerEvents> events_;
   std::shared_ptr<Timeline> timeline_;
   std::shared_ptr<Deck> deck_;
 };
+
+}  // namespace
 
 class PictureFace final : public host::PicturePlayer {
  public:
@@ -102,6 +107,7 @@ class PictureFace final : public host::PicturePlayer {
   void seek(double seconds) override { commands_.seek(seconds); }
   double position() const override { return commands_.position(); }
   std::shared_ptr<host::PictureStream> pictures() override { return board_; }
+  void setEvents(host::PlayerEvents events) { commands_.setEvents(std::move(events)); }
 
  private:
   static Deck::Setup setupFor(const std::string& url, std::shared_ptr<PictureBoard> board) {
@@ -115,6 +121,8 @@ class PictureFace final : public host::PicturePlayer {
   std::shared_ptr<PictureBoard> board_;
   Commands commands_;
 };
+
+namespace {
 
 class SoundFace final : public host::SoundPlayer {
  public:
@@ -159,10 +167,36 @@ class SoundFace final : public host::SoundPlayer {
 
 }  // namespace
 
-std::unique_ptr<host::PicturePlayer> makePicturePlayer(std::shared_ptr<Turn> turn,
-                                                       const std::shared_ptr<Surroundings>& surroundings,
-                                                       const std::string& url, host::PlayerEvents events) {
-  return std::make_unique<PictureFace>(std::move(turn), surroundings, url, std::move(events));
+PictureOpener::PictureOpener(std::shared_ptr<Turn> turn, std::shared_ptr<Surroundings> surroundings)
+    : turn_(std::move(turn)), surroundings_(std::move(surroundings)) {}
+
+PictureOpener::~PictureOpener() = default;
+
+void PictureOpener::expect(const std::string& url) {
+  if (spare_ && spareUrl_ == url) return;
+  spareUrl_ = url;
+  spareFailed_ = false;
+  spare_ = make(url, {nullptr, [this] { spareFailed_ = true; }});
+  dropLater();
+}
+
+std::unique_ptr<host::PicturePlayer> PictureOpener::open(const std::string& url, host::PlayerEvents events) {
+  if (!spare_ || spareUrl_ != url || spareFailed_) return make(url, std::move(events));
+  spare_->setEvents(std::move(events));
+  return std::move(spare_);
+}
+
+std::unique_ptr<PictureFace> PictureOpener::make(const std::string& url, host::PlayerEvents events) {
+  return std::make_unique<PictureFace>(turn_, surroundings_, url, std::move(events));
+}
+
+void PictureOpener::dropLater() {
+  const auto drop = [weak = weak_from_this(), spare = ++spares_] {
+    const auto opener = weak.lock();
+    if (opener && opener->spares_ == spare) opener->spare_.reset();
+  };
+  surroundings_->engine->postAt(now() + nanoseconds(surroundings_->options.sparePatience),
+                                [&mainLoop = surroundings_->mainLoop, drop] { mainLoop.post(drop); });
 }
 
 std::unique_ptr<host::SoundPlayer> makeSoundPlayer(std::shared_ptr<Turn> turn,

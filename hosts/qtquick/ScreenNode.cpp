@@ -160,8 +160,12 @@ bool ScreenNode::moves() const {
   return own != nullptr && own->animated && mirror().movesThings();
 }
 
-int ScreenNode::duration() const {
+int ScreenNode::arrivalTime() const {
   return static_cast<int>(std::lround(UIWindow::transitionDuration * 1000));
+}
+
+int ScreenNode::departureTime() const {
+  return static_cast<int>(std::lround(UIWindow::dismissalDuration * 1000));
 }
 
 QRectF ScreenNode::sheet() const {

@@ -22,7 +22,8 @@ class ScreenNode final : public Node {
   Q_PROPERTY(bool fills READ fills NOTIFY changed)
   Q_PROPERTY(bool slides READ slides NOTIFY changed)
   Q_PROPERTY(bool moves READ moves NOTIFY changed)
-  Q_PROPERTY(int duration READ duration CONSTANT)
+  Q_PROPERTY(int arrivalTime READ arrivalTime CONSTANT)
+  Q_PROPERTY(int departureTime READ departureTime CONSTANT)
   Q_PROPERTY(QRectF sheet READ sheet NOTIFY changed)
   Q_PROPERTY(QColor sheetColor READ sheetColor NOTIFY changed)
   Q_PROPERTY(QString title READ title NOTIFY changed)
@@ -53,7 +54,8 @@ class ScreenNode final : public Node {
   bool slides() const;
   bool moves() const;
   /// Of a presentation or dismissal, in milliseconds.
-  int duration() const;
+  int arrivalTime() const;
+  int departureTime() const;
   QRectF sheet() const;
   QColor sheetColor() const;
   /// What the screen is called: its first label. Empty for the root screen, for alerts, and where there is none.

@@ -201,7 +201,8 @@ void UIWindow::startPresentation(const Waiting& work) {
   changed();
   if (controller->coversItsPresenter()) presenter->viewWillDisappear(work.animated);
   controller->viewWillAppear(work.animated);
-  afterTransition(work.animated, [this, self = shared_from_this(), work] { endPresentation(work); });
+  afterTransition(work.animated, transitionDuration,
+                  [this, self = shared_from_this(), work] { endPresentation(work); });
 }
 
 void UIWindow::endPresentation(const Waiting& work) {
@@ -233,7 +234,8 @@ void UIWindow::startDismissal(const Waiting& work) {
     covered = screen->coversItsPresenter();
   }
   if (presenter && covered) presenter->viewWillAppear(work.animated);
-  afterTransition(work.animated, [this, self = shared_from_this(), work] { endDismissal(work); });
+  afterTransition(work.animated, dismissalDuration,
+                  [this, self = shared_from_this(), work] { endDismissal(work); });
 }
 
 void UIWindow::endDismissal(const Waiting& work) {
@@ -255,9 +257,9 @@ void UIWindow::endDismissal(const Waiting& work) {
   startWaiting();
 }
 
-void UIWindow::afterTransition(bool animated, std::function<void()> block) {
+void UIWindow::afterTransition(bool animated, double duration, std::function<void()> block) {
   const bool moves = animated && !Platform::current().ports().screen.reducesMotion();
-  DispatchQueue::main().asyncAfter(moves ? transitionDuration : 0, std::move(block));
+  DispatchQueue::main().asyncAfter(moves ? duration : 0, std::move(block));
 }
 
 std::vector<Strong<UIView>> UIWindow::takeChanges() {

@@ -20,8 +20,10 @@ class UIWindow final : public UIView {
   using UIView::UIView;
   ~UIWindow() override;
 
-  /// How long a presentation or dismissal takes, in seconds, where motion is wanted.
+  /// How long a presentation takes, in seconds, where motion is wanted.
   static constexpr double transitionDuration = 0.22;
+  /// The same of a dismissal: who lets a screen go is waiting for what comes after it.
+  static constexpr double dismissalDuration = 0.15;
 
   const Strong<UIViewController>& rootViewController() const { return root_; }
   void setRootViewController(const Strong<UIViewController>& controller) { root_ = controller; }
@@ -98,7 +100,7 @@ class UIWindow final : public UIView {
   void endPresentation(const Waiting& work);
   void startDismissal(const Waiting& work);
   void endDismissal(const Waiting& work);
-  void afterTransition(bool animated, std::function<void()> block);
+  void afterTransition(bool animated, double duration, std::function<void()> block);
 
   Strong<UIViewController> root_;
   UITraitCollection traits_;

@@ -16,8 +16,12 @@ FocusScope {
     Accessible.ignored: !enabled || node.title === ""
 
     Behavior on progress {
+        id: motion
         enabled: screen.node.moves
-        NumberAnimation { duration: screen.node.duration; easing.type: Easing.OutCubic }
+        NumberAnimation {
+            duration: motion.targetValue > 0 ? screen.node.arrivalTime : screen.node.departureTime
+            easing.type: Easing.OutCubic
+        }
     }
 
     Rectangle {
