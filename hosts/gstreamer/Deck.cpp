@@ -263,6 +263,7 @@ bool Deck::awaitsFurtherTarget() const {
 
 void Deck::settle() {
   settlesAt_ = 0;
+  if (hasPipeline() && aim_) pipeline_->outdatePreviews();
   advance();
 }
 

@@ -222,6 +222,7 @@ bool Pipeline::moveTo(double position, Precision precision, Round round) {
 bool Pipeline::jumpTo(double position, double runUp, Precision precision, Round round) {
   const bool isNear = precision == Precision::KeyFrame;
   if (!isNear && round != round_) return true;
+  const Round preview = previewRound_;
   expectStill(position, isNear);
   standsAt_ = position;
   beginsAt_ = mediaTime(position);
@@ -233,7 +234,7 @@ bool Pipeline::jumpTo(double position, double runUp, Precision precision, Round 
     fail(Trouble::Where::Media, "the file cannot be sought in");
     return false;
   }
-  return isNear ? settle() : settle(round);
+  return isNear ? settle(previewRound_, preview) : settle(round_, round);
 }
 
 void Pipeline::expectStill(double position, bool isNear) {
@@ -346,12 +347,12 @@ void Pipeline::judgeDecoder() {
   fail({Trouble::Where::HardwareDecoder, "the hardware decoder does not answer", true});
 }
 
-bool Pipeline::settle(std::optional<Round> round) {
+bool Pipeline::settle(const std::atomic<Round>& on, std::optional<Round> round) {
   while (!interrupted_ && !trouble()) {
     const auto change = gst_element_get_state(pipeline_.get(), nullptr, nullptr, GstClockTime{briefGlance});
     if (change == GST_STATE_CHANGE_SUCCESS || change == GST_STATE_CHANGE_NO_PREROLL) return !trouble();
     if (change == GST_STATE_CHANGE_FAILURE) failToPrepare();
-    if (round && round != round_) return !trouble();
+    if (round && round != on) return !trouble();
   }
   return false;
 }

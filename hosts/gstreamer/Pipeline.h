@@ -83,6 +83,8 @@ class Pipeline {
   /// Begins another round: somewhere else is wanted by now, and seeks of the rounds before need not arrive. Any
   /// thread.
   void outdateSeeks() { ++round_; }
+  /// The same for seeks to key frames, which otherwise arrive in every round. Any thread.
+  void outdatePreviews() { ++previewRound_; }
   bool usesHardware() const { return usesHardware_; }
   /// A hardware decoder was chosen, and has not given anything yet. Any thread.
   bool waitsForHardware() const { return usesHardware_ && !hasDecoded_; }
@@ -109,7 +111,9 @@ class Pipeline {
   bool moveToLast(double position, Round round);
   void fail(Trouble trouble);
   void fail(Trouble::Where where, std::string reason) { fail({where, std::move(reason)}); }
-  bool settle(std::optional<Round> round = std::nullopt);
+  bool settle() { return settle(round_, std::nullopt); }
+  /// Or until another round than `round` is on.
+  bool settle(const std::atomic<Round>& on, std::optional<Round> round);
   void failToPrepare();
   void waitUntil(Instant instant) const;
 
@@ -142,7 +146,7 @@ class Pipeline {
   /// Whether the stream that is wanted was found. Written and read by the threads of the parser.
   std::atomic<bool> attached_ = false;
   std::atomic<bool> interrupted_ = false;
-  std::atomic<Round> round_ = 0;
+  std::atomic<Round> round_ = 0, previewRound_ = 0;
   std::atomic<bool> hasData_ = false;
   /// Of the first data since the pipeline was opened, or sought.
   std::atomic<GstClockTime> dataSince_ = GST_CLOCK_TIME_NONE;
