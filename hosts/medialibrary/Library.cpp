@@ -4,9 +4,9 @@
 #include "hosts/medialibrary/Index.h"
 #include "hosts/medialibrary/Keeper.h"
 #include "hosts/medialibrary/Titles.h"
+#include "hosts/probe/OwnFile.h"
 
 #include <cstdio>
-#include <filesystem>
 #include <utility>
 
 namespace medialibrary {
@@ -134,11 +134,7 @@ std::string indexFile() {
 }
 
 std::string indexerProgram() {
-  std::error_code error;
-  const auto folder = std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
-  const auto beside = folder / "quillop-indexer";
-  if (std::filesystem::exists(beside, error)) return beside.string();
-  return (folder / QUILLOP_LIBEXEC_FROM_PROGRAM "/quillop/quillop-indexer").lexically_normal().string();
+  return probe::ownFile("quillop-indexer");
 }
 
 }  // namespace medialibrary
