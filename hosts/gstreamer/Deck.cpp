@@ -255,7 +255,8 @@ void Deck::seekPipeline() {
   });
 }
 
-/// What takes long is begun once the finger rests: it would be in vain, and in the way of what is to be shown at once.
+/// What takes long is begun once the finger rests: it would be in vain, and in the way of what is to be shown at
+/// once.
 bool Deck::awaitsFurtherTarget() const {
   if (now() >= settlesAt_) return false;
   return setup_.kind == Kind::Sound || previewed_ == aim_;

@@ -29,8 +29,8 @@ constexpr const char* transportStreamParser = "tsdemux";
 constexpr std::array runUps = {2.0, 8.0, 32.0};
 /// A first picture that begins later after the place than this tells that the run-up was too short.
 constexpr GstClockTime mostLateStart = 150 * GST_MSECOND;
-/// A parser that looks for the key frame before a place goes to where all its streams have something. Of a sound track
-/// that is up to this far before the place, and a key frame at the place itself would be missed.
+/// A parser that looks for the key frame before a place goes to where all its streams have something. Of a sound
+/// track that is up to this far before the place, and a key frame at the place itself would be missed.
 constexpr Instant longestSoundPacket = 50 * GST_MSECOND;
 constexpr const char* noSuchStream = "the file has no stream of the kind that was to be played";
 

@@ -106,8 +106,8 @@ class MediaEngine {
  public:
   virtual ~MediaEngine() = default;
 
-  /// `url` is about to be used: starts looking into it, and makes its first picture ready from the end of the turn on,
-  /// off the main thread. Never waits.
+  /// `url` is about to be used: starts looking into it, and makes its first picture ready from the end of the turn
+  /// on, off the main thread. Never waits.
   virtual void expect(const std::string& url) = 0;
   /// What is known of `url`; waits for the look into it, at most up to the engine's deadline, after which the
   /// file counts as unreadable. Kept for as long as the file does not change.

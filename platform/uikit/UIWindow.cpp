@@ -234,8 +234,7 @@ void UIWindow::startDismissal(const Waiting& work) {
     covered = screen->coversItsPresenter();
   }
   if (presenter && covered) presenter->viewWillAppear(work.animated);
-  afterTransition(work.animated, dismissalDuration,
-                  [this, self = shared_from_this(), work] { endDismissal(work); });
+  afterTransition(work.animated, dismissalDuration, [this, self = shared_from_this(), work] { endDismissal(work); });
 }
 
 void UIWindow::endDismissal(const Waiting& work) {
