@@ -1,5 +1,6 @@
 #include "hosts/gstreamer/Pipeline.h"
 
+#include "hosts/gstreamer/Segment.h"
 #include "hosts/gstreamer/UsualPlugins.h"
 
 #include <algorithm>
@@ -77,26 +78,13 @@ std::uintmax_t sizeOf(const std::string& path) {
 /// A parser states the end of the segment as the file does. Whoever waits for it, or fills up with silence until
 /// then, would hide that the data has ended long before. Takes `event` and gives another one.
 GstEvent* withoutEnd(GstEvent* event) {
-  const Event old(event);
-  const GstSegment* stated = nullptr;
-  gst_event_parse_segment(old.get(), &stated);
-  GstSegment segment = *stated;
-  segment.stop = GST_CLOCK_TIME_NONE;
-  GstEvent* open = gst_event_new_segment(&segment);
-  gst_event_set_seqnum(open, gst_event_get_seqnum(old.get()));
-  return open;
+  return withSegment(event, [](GstSegment& segment) { segment.stop = GST_CLOCK_TIME_NONE; });
 }
 
 /// The same segment, of which nothing before `begin` is to be played. Takes `event` and gives another one.
 GstEvent* beginningAt(GstClockTime begin, GstEvent* event) {
-  const Event old(event);
-  const GstSegment* found = nullptr;
-  gst_event_parse_segment(old.get(), &found);
-  GstSegment segment = *found;
-  segment.start = segment.time = segment.position = begin;
-  GstEvent* later = gst_event_new_segment(&segment);
-  gst_event_set_seqnum(later, gst_event_get_seqnum(old.get()));
-  return later;
+  return withSegment(event,
+                     [begin](GstSegment& segment) { segment.start = segment.time = segment.position = begin; });
 }
 
 /// Whether the sink holds each sample back until its time, or begins as soon as it may.

@@ -1,6 +1,7 @@
 #include "hosts/gstreamer/Shortcut.h"
 
 #include "hosts/gstreamer/Decoders.h"
+#include "hosts/gstreamer/Segment.h"
 
 #include <algorithm>
 #include <array>
@@ -113,16 +114,11 @@ bool isAll(Part kind, GstBuffer& picture, const Packing& packing) {
 /// before a place may begin the segment where another stream has something, behind the picture's key frame, which
 /// would not come out then. Takes `event` and gives another one.
 GstEvent* withoutBeginning(GstEvent* event) {
-  const Event old(event);
-  const GstSegment* found = nullptr;
-  gst_event_parse_segment(old.get(), &found);
-  GstSegment segment = *found;
-  const guint64 before = std::min(segment.start, segment.time);
-  segment.start -= before, segment.time -= before;
-  segment.position = segment.start;
-  GstEvent* longer = gst_event_new_segment(&segment);
-  gst_event_set_seqnum(longer, gst_event_get_seqnum(old.get()));
-  return longer;
+  return withSegment(event, [](GstSegment& segment) {
+    const guint64 before = std::min(segment.start, segment.time);
+    segment.start -= before, segment.time -= before;
+    segment.position = segment.start;
+  });
 }
 
 }  // namespace
