@@ -24,7 +24,7 @@ class ScreenReaderAlone(Journey):
         super().setUp()
         self.screen.point_at(0, 0)  # out of the window
         self.reader = self.surroundings.screen_reader
-        self.shown = {}  # by the numbers of films: when their controls were brought forward, and that place
+        self.shown = {}  # by the numbers of films: when their controls were brought forward
 
     def begin_reading(self, home):
         self.reader.mark()
@@ -118,15 +118,24 @@ class ScreenReaderAlone(Journey):
         return f"tabella {film.number}" in self.program.lines[place:] or self.root.find("Choose videos")
 
     def show_controls(self, film):
-        """So that they stay for seconds. Waits to be told of it: what comes and goes in between is not told at all."""
-        if self.root.find(film.closing) is not None:
+        """So that they stay for seconds."""
+        if self.is_told_of_controls(film):
             self.leave_controls(film)
         return self.bring_controls(film)
+
+    def is_told_of_controls(self, film):
+        """Whether they are there as far as anybody was told, which is a moment behind the screen. Who presses in that
+        moment, when they have just left, brings them back before anybody was told that they went, so that nothing at
+        all is told."""
+        self.reader.listen()
+        kinds = [told.kind for told in self.reader.told
+                 if told.kind in (CAME, WENT) and told.name == f"Film {film.number}"]
+        return kinds[-1:] == [CAME]
 
     def bring_controls(self, film):
         place = self.reader.mark()
         self.press(f"Film {film.number}")
-        self.shown[film.number] = time.monotonic(), place
+        self.shown[film.number] = time.monotonic()
         self.there(film.closing)
         self.reader.wait_until_told(CAME, f"Film {film.number}", place)
         return place
@@ -134,11 +143,10 @@ class ScreenReaderAlone(Journey):
     def leave_controls(self, film):
         """Those that have been there for seconds may leave by themselves at any moment, and a press would bring them
         back."""
-        since, place = self.shown.get(film.number, (0.0, 0))
-        if time.monotonic() - since < SURELY_SHOWN:
+        if time.monotonic() - self.shown.get(film.number, 0.0) < SURELY_SHOWN:
             self.press(f"Film {film.number}")
         self.wait_until_gone(film.closing)
-        self.reader.wait_until_told(WENT, f"Film {film.number}", place)
+        self.reader.until(lambda: not self.is_told_of_controls(film), f"to be told that the controls of {film} went")
 
     def pause_and_resume(self, film, clip):
         place = self.show_controls(film)
