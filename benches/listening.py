@@ -92,8 +92,9 @@ class Listener:
 
     def longest_silence(self, channel):
         """The longest time for which nothing was heard in the channel, in seconds."""
-        audible = numpy.flatnonzero(numpy.abs(self._samples()[:, channel]) > AUDIBLE)
-        edges = numpy.concatenate(([-1], audible, [len(self._samples())]))
+        samples = self._samples()[:, channel]  # of this moment; more of them come meanwhile
+        audible = numpy.flatnonzero(numpy.abs(samples) > AUDIBLE)
+        edges = numpy.concatenate(([-1], audible, [len(samples)]))
         return float(numpy.diff(edges).max() - 1) / RATE
 
     def sound(self):

@@ -28,6 +28,8 @@ class Branch {
   /// The same while a finger moves, where something near `position` (in seconds) will do for a moment: only what is
   /// nearer to it than what is up already.
   virtual void expectStillNear(double position) = 0;
+  /// The decoder of what the branch takes is found, and gets nothing yet.
+  virtual void lead(GstElement&) {}
   /// The pipeline is about to be sought, or stands still: times of before do not count any more.
   virtual void standStill() {}
   /// Whether something was put up since then. Any thread.

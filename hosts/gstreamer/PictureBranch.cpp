@@ -14,8 +14,8 @@ namespace {
 
 /// Decoded frames that wait for their time. Enough for a key frame that takes long to decode; each is some megabytes.
 constexpr guint decodedAhead = 3;
-/// A frame that is later than this is skipped, and the decoder is told.
-constexpr gint64 tolerableLateness = 40 * GST_MSECOND;
+/// A frame that is later than this is skipped. Long before, less is decoded.
+constexpr gint64 mostLateness = GST_SECOND;
 constexpr double notNear = std::numeric_limits<double>::quiet_NaN();
 
 }  // namespace
@@ -46,7 +46,7 @@ bool PictureBranch::build(GstBin& pipeline, std::string& reason) {
 
 void PictureBranch::configureSink() {
   const Caps caps(gst_caps_from_string((std::string("video/x-raw, format=") + takenFormats).c_str()));
-  g_object_set(sink_.get(), "caps", caps.get(), "max-buffers", 1U, "max-lateness", tolerableLateness, "qos", TRUE,
+  g_object_set(sink_.get(), "caps", caps.get(), "max-buffers", 1U, "max-lateness", mostLateness, "qos", TRUE,
                "enable-last-sample", FALSE, nullptr);
   GstAppSinkCallbacks callbacks{};
   callbacks.new_preroll = [](GstAppSink* sink, gpointer branch) {
@@ -65,18 +65,26 @@ void PictureBranch::watchSink() {
   const auto kinds = static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM |
                                                   GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM | GST_PAD_PROBE_TYPE_PUSH);
   gst_pad_add_probe(pad.get(), kinds, seeItem, this, nullptr);
+  gst_pad_add_probe(pad.get(), GST_PAD_PROBE_TYPE_EVENT_UPSTREAM, seeLateness, this, nullptr);
 }
 
 void PictureBranch::setDelay(double seconds) {
   g_object_set(sink_.get(), "ts-offset", gint64{nanoseconds(seconds)}, nullptr);
 }
 
+void PictureBranch::lead(GstElement& decoder) {
+  shortcut_.lead(decoder);
+  overload_.lead(decoder);
+}
+
 void PictureBranch::expectStill(bool expected) {
+  if (expected) shortcut_.endAtKeyFrame(false);
   near_ = notNear;
   expectsStill_ = expected;
 }
 
 void PictureBranch::expectStillNear(double position) {
+  shortcut_.endAtKeyFrame(true);
   near_ = position;
   expectsStill_ = true;
 }
@@ -117,6 +125,17 @@ GstPadProbeReturn PictureBranch::seeItem(GstPad*, GstPadProbeInfo* info, gpointe
     if (tags) self.seeTags(*tags);
   }
   return GST_PAD_PROBE_OK;
+}
+
+/// Decoders would decode a late frame and then not hand it out.
+GstPadProbeReturn PictureBranch::seeLateness(GstPad*, GstPadProbeInfo* info, gpointer branch) {
+  GstEvent* event = GST_PAD_PROBE_INFO_EVENT(info);
+  if (GST_EVENT_TYPE(event) != GST_EVENT_QOS) return GST_PAD_PROBE_OK;
+  GstClockTimeDiff lateness = 0;
+  GstClockTime runningTime = 0;
+  gst_event_parse_qos(event, nullptr, nullptr, &lateness, &runningTime);
+  static_cast<PictureBranch*>(branch)->overload_.note(runningTime, lateness);
+  return GST_PAD_PROBE_DROP;
 }
 
 void PictureBranch::seeTags(const GstTagList& tags) {

@@ -2,7 +2,9 @@
 
 #include "hosts/gstreamer/Branch.h"
 #include "hosts/gstreamer/FrameMemory.h"
+#include "hosts/gstreamer/Overload.h"
 #include "hosts/gstreamer/PictureMaker.h"
+#include "hosts/gstreamer/Shortcut.h"
 
 #include <atomic>
 #include <limits>
@@ -22,6 +24,7 @@ class PictureBranch final : public Branch {
   bool readsAhead() const override { return false; }
   void expectStill(bool expected) override;
   void expectStillNear(double position) override;
+  void lead(GstElement& decoder) override;
   void standStill() override { hasStill_ = false; }
   bool hasStill() const override { return hasStill_; }
   void setDelay(double seconds) override;
@@ -35,11 +38,14 @@ class PictureBranch final : public Branch {
   void takeStill(Sample frame);
   void take(Sample frame);
   static GstPadProbeReturn seeItem(GstPad* pad, GstPadProbeInfo* info, gpointer branch);
+  static GstPadProbeReturn seeLateness(GstPad* pad, GstPadProbeInfo* info, gpointer branch);
   void seeTags(const GstTagList& tags);
 
   std::shared_ptr<PictureMaker> maker_;
   std::shared_ptr<PictureBoard> board_;
   FrameMemory memory_;
+  Shortcut shortcut_;
+  Overload overload_{[this] { countDropped(); }};
   Element queue_;
   Element sink_;
   std::atomic<bool> expectsStill_ = true;

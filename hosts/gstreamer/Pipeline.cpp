@@ -231,7 +231,6 @@ void Pipeline::expectStill(double position, bool isNear) {
   } else {
     setup_.branch->expectStill(true);
   }
-  shortcut_.endAtKeyFrame(isNear);
   setup_.branch->standStill();
 }
 
@@ -539,7 +538,7 @@ bool Pipeline::attachThrough(const std::string& name, GstPad& pad, const GstCaps
   const bool opens = gst_element_set_state(decoder.get(), GST_STATE_READY) != GST_STATE_CHANGE_FAILURE;
   gst_bin_add(&bin(), decoder.get());
   const Pad in(gst_element_get_static_pad(decoder.get(), "sink"));
-  if (setup_.branch->kind() == GST_STREAM_TYPE_VIDEO) shortcut_.lead(*decoder);
+  setup_.branch->lead(*decoder);
   const bool fits = opens && in && gst_element_link(decoder.get(), &setup_.branch->entry()) &&
                     gst_pad_link(&pad, in.get()) == GST_PAD_LINK_OK &&
                     gst_element_sync_state_with_parent(decoder.get());

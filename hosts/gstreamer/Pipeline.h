@@ -3,7 +3,6 @@
 #include "hosts/gstreamer/Branch.h"
 #include "hosts/gstreamer/Decoders.h"
 #include "hosts/gstreamer/Instant.h"
-#include "hosts/gstreamer/Shortcut.h"
 
 #include <atomic>
 #include <cstdint>
@@ -141,7 +140,6 @@ class Pipeline {
   Setup setup_;
   std::uintmax_t sizeWhenMade_ = 0;  ///< bytes
   Element pipeline_;
-  Shortcut shortcut_;
   double standsAt_ = 0.0;
   /// Whether the stream that is wanted was found. Written and read by the threads of the parser.
   std::atomic<bool> attached_ = false;

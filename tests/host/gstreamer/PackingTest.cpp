@@ -1,4 +1,4 @@
-#include "hosts/gstreamer/Shortcut.h"
+#include "hosts/gstreamer/Packing.h"
 
 #include "hosts/gstreamer/UsualPlugins.h"
 
@@ -22,9 +22,9 @@ Buffer bufferOf(const Bytes& bytes) {
   return Buffer(gst_buffer_new_memdup(bytes.data(), bytes.size()));
 }
 
-class ShortcutTest : public testing::Test {
+class PackingTest : public testing::Test {
  protected:
-  ShortcutTest() { startGStreamer(); }
+  PackingTest() { startGStreamer(); }
 
   static Caps capsOf(const std::string& text, const Bytes& description = {}) {
     Caps caps(gst_caps_from_string(text.c_str()));
@@ -53,38 +53,38 @@ bool isDisposable(const Caps& caps, const Bytes& picture) {
 
 }  // namespace
 
-TEST_F(ShortcutTest, APictureThatNoOtherRefersToIsDisposable) {
+TEST_F(PackingTest, APictureThatNoOtherRefersToIsDisposable) {
   const Caps caps = capsOf(std::string(h264) + "avc", avc);
   EXPECT_TRUE(isDisposable(caps, {0, 0, 0, 2, 0x01, 0x9A}));
   EXPECT_FALSE(isDisposable(caps, {0, 0, 0, 2, 0x41, 0x9A}));
   EXPECT_FALSE(isDisposable(caps, {0, 0, 0, 2, 0x65, 0x88}));
 }
 
-TEST_F(ShortcutTest, WhatStandsBeforeThePictureDoesNotMatter) {
+TEST_F(PackingTest, WhatStandsBeforeThePictureDoesNotMatter) {
   const Caps caps = capsOf(std::string(h264) + "avc", avc);
   EXPECT_TRUE(isDisposable(caps, {0, 0, 0, 2, 0x09, 0x30, 0, 0, 0, 1, 0x06, 0, 0, 0, 2, 0x01, 0x9A}));
   EXPECT_FALSE(isDisposable(caps, {0, 0, 0, 2, 0x09, 0x30, 0, 0, 0, 2, 0x41, 0x9A}));
 }
 
-TEST_F(ShortcutTest, OneNeededPartMakesThePictureNeeded) {
+TEST_F(PackingTest, OneNeededPartMakesThePictureNeeded) {
   const Caps caps = capsOf(std::string(h264) + "avc", avc);
   EXPECT_FALSE(isDisposable(caps, {0, 0, 0, 2, 0x01, 0x9A, 0, 0, 0, 2, 0x41, 0x9A}));
 }
 
-TEST_F(ShortcutTest, PartsMayBeToldApartByStartCodes) {
+TEST_F(PackingTest, PartsMayBeToldApartByStartCodes) {
   const Caps caps = capsOf(std::string(h264) + "byte-stream");
   EXPECT_TRUE(isDisposable(caps, {0, 0, 0, 1, 0x09, 0x30, 0, 0, 1, 0x01, 0x9A}));
   EXPECT_FALSE(isDisposable(caps, {0, 0, 0, 1, 0x09, 0x30, 0, 0, 1, 0x41, 0x9A}));
 }
 
-TEST_F(ShortcutTest, DamagedAndEmptyDataAreNotDisposable) {
+TEST_F(PackingTest, DamagedAndEmptyDataAreNotDisposable) {
   const Caps caps = capsOf(std::string(h264) + "avc", avc);
   EXPECT_FALSE(isDisposable(caps, {0, 0}));
   EXPECT_FALSE(isDisposable(caps, {0, 0, 0, 0, 0, 0}));
   EXPECT_FALSE(isDisposable(caps, {0xFF, 0xFF, 0xFF, 0xFF, 0x41}));
 }
 
-TEST_F(ShortcutTest, TheLayersOfH265CountAlone) {
+TEST_F(PackingTest, TheLayersOfH265CountAlone) {
   const Bytes unreferred{0, 0, 0, 3, 0x00, 0x01, 0x9A}, referred{0, 0, 0, 3, 0x02, 0x01, 0x9A};
   const Caps caps = capsOf(std::string(h265) + "hvc1", hvc(1));
   EXPECT_TRUE(isDisposable(caps, unreferred));
@@ -92,13 +92,13 @@ TEST_F(ShortcutTest, TheLayersOfH265CountAlone) {
   EXPECT_FALSE(isDisposable(capsOf(std::string(h265) + "hvc1", hvc(2)), unreferred));
 }
 
-TEST_F(ShortcutTest, OfOtherFormatsNothingIsKnown) {
+TEST_F(PackingTest, OfOtherFormatsNothingIsKnown) {
   EXPECT_FALSE(Packing::of(*capsOf("video/x-vp9, alignment=frame")));
   EXPECT_FALSE(Packing::of(*capsOf("video/x-h264, alignment=nal, stream-format=byte-stream")));
   EXPECT_FALSE(Packing::of(*capsOf(std::string(h264) + "avc")));
 }
 
-TEST_F(ShortcutTest, AFreshStartNeedsNothingBeforeIt) {
+TEST_F(PackingTest, AFreshStartNeedsNothingBeforeIt) {
   const auto packing = Packing::of(*capsOf(std::string(h264) + "avc", avc));
   ASSERT_TRUE(packing);
   EXPECT_TRUE(packing->isFreshStart(*bufferOf({0, 0, 0, 2, 0x67, 0x64, 0, 0, 0, 2, 0x65, 0x88})));
