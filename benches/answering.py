@@ -4,7 +4,7 @@ import statistics
 import time
 
 import films
-from contestants import BOXES, TITLES, Mpv, picture_in
+from contestants import BOXES, TITLES, Mpv, picture_in, seeking_floor
 from listening import Listener
 from processes import until
 from program import LIBRARY_IS_OPEN
@@ -24,9 +24,9 @@ def _times(ground):
     return range(1 if ground.is_smoke else TIMES_IN_A_ROUND)
 
 
-def _compared(measure, what, ours, mpv, limit, details):
+def _compared(measure, what, ours, mpv, limit, details, floor=None):
     """A result of two lists of seconds."""
-    return Result(measure, what, "s", statistics.median(ours), None, {"mpv": statistics.median(mpv)},
+    return Result(measure, what, "s", statistics.median(ours), floor, {"mpv": statistics.median(mpv)},
                   [Check("to mpv", median_share(ours, mpv), limit)], details)
 
 
@@ -201,12 +201,14 @@ def seek(ground):
     """From letting the slider go to the accurate picture, key frames 8 s apart, beside mpv's absolute+exact"""
     film = films.rare_key_frames(ground.film_seconds)
     paths = film.pair(ground.films_folder)
-    ours, mpv = [], []
+    ours, mpv, floors = [], [], []
     for number in range(ground.rounds):
+        floors += [seeking_floor(paths[0], target) for target in SEEK_TARGETS[: len(_times(ground))]]
         ours += _slider_seeks(ground, film, paths)
         mpv += _mpv_seeks(ground, film, paths)
         print(f"  round {number + 1}: ours {ours[-1]:.3f} s, mpv {mpv[-1]:.3f} s", flush=True)
-    return _compared("seek", seek.__doc__, ours, mpv, 0.5, {"ours": ours, "mpv": mpv})
+    details = {"ours": ours, "mpv": mpv, "floors": floors}
+    return _compared("seek", seek.__doc__, ours, mpv, 0.5, details, statistics.median(floors))
 
 
 def _grid(box, columns, rows):

@@ -12,8 +12,9 @@ namespace gstreamer {
 
 namespace {
 
-/// Decoded frames that wait for their time. Enough for a key frame that takes long to decode; each is some megabytes.
-constexpr guint decodedAhead = 3;
+/// Decoded frames that wait for their time, beside the one that the decoder has in hand. Each is some megabytes, and a
+/// key frame that takes longer than two of them last is only late.
+constexpr guint decodedAhead = 1;
 /// A frame that is later than this is skipped. Long before, less is decoded.
 constexpr gint64 mostLateness = GST_SECOND;
 constexpr double notNear = std::numeric_limits<double>::quiet_NaN();

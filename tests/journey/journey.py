@@ -25,8 +25,26 @@ TOUCH_SCREEN = "quillop-touch-screen"
 COMPLAINT = re.compile(r"TypeError|ReferenceError|Binding loop|-CRITICAL|-WARNING|Fatal error")
 
 
+def make_clips(folder):
+    """Writes the files that journeys play into this folder, those of them that are not there."""
+    def path(title):
+        return os.path.join(folder, "clips", title + ".mp4")
+
+    for clip in (FILM_A, FILM_B, SHORT_FILM):
+        clip.write(path(clip.title))
+    PROTECTED_FILM.write(path(PROTECTED_FILM.title), *clips.ENCRYPTED)
+    with open(path(FILM_A.title), "rb") as file:
+        whole = file.read()
+    for title, size in ((CUT_IN_ITS_HEADER, 3000), (CUT_IN_ITS_MIDDLE, len(whole) // 5)):
+        with open(path(title), "wb") as file:
+            file.write(whole[:size])
+    with open(path(NO_FILM), "w", encoding="ascii") as file:
+        file.write("This is a letter, not a film.\n" * 100)
+
+
 class Surroundings:
-    """What lasts over all journeys: where the program is, the stage, the clips, and the program that many share."""
+    """What lasts over many journeys: where the program is, the stage, the clips in `folder`, and the program that many
+    share."""
 
     def __init__(self, program_path, stage, folder, root=None):
         self.program_path = os.path.abspath(program_path)
@@ -36,7 +54,6 @@ class Surroundings:
         self._homes = tempfile.TemporaryDirectory(prefix="quillop-homes-", dir=folder)
         self._shared = None
         self._screen_reader = None
-        self._make_clips()
 
     def close(self):
         if self._shared is not None:
@@ -47,18 +64,6 @@ class Surroundings:
 
     def clip_path(self, title):
         return os.path.join(self.folder, "clips", title + ".mp4")
-
-    def _make_clips(self):
-        for clip in (FILM_A, FILM_B, SHORT_FILM):
-            clip.write(self.clip_path(clip.title))
-        PROTECTED_FILM.write(self.clip_path(PROTECTED_FILM.title), *clips.ENCRYPTED)
-        with open(self.clip_path(FILM_A.title), "rb") as file:
-            whole = file.read()
-        for title, size in ((CUT_IN_ITS_HEADER, 3000), (CUT_IN_ITS_MIDDLE, len(whole) // 5)):
-            with open(self.clip_path(title), "wb") as file:
-                file.write(whole[:size])
-        with open(self.clip_path(NO_FILM), "w", encoding="ascii") as file:
-            file.write("This is a letter, not a film.\n" * 100)
 
     def new_home(self, *titles):
         """A home with these films in its videos folder; without any named, all of them."""
