@@ -178,6 +178,7 @@ void Deck::learned(const host::MediaFacts& facts) {
   const bool picture = has(host::TrackKind::Video), sound = has(host::TrackKind::Audio);
   hasStream_ = setup_.kind == Kind::Picture ? picture : sound;
   hasOther_ = setup_.kind == Kind::Picture ? sound : picture;
+  orientation_ = facts.orientation;
   setup_.timeline->setLength(facts.duration);
   if (!facts.readable) fail();
   advance();
@@ -221,7 +222,7 @@ void Deck::watchDecoder(const std::weak_ptr<Pipeline>& watched) {
 }
 
 std::unique_ptr<Branch> Deck::makeBranch() const {
-  if (setup_.kind == Kind::Picture) return std::make_unique<PictureBranch>(maker_, setup_.board);
+  if (setup_.kind == Kind::Picture) return std::make_unique<PictureBranch>(maker_, setup_.board, orientation_);
   return std::make_unique<SoundBranch>(surroundings_->options.makeSoundSink, pan_, volume_);
 }
 

@@ -182,6 +182,7 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   bool learned_ = false;
   bool hasStream_ = false;
   bool hasOther_ = false;  ///< a stream of the other kind
+  host::Orientation orientation_;
   bool broken_ = false;
   /// Nothing more comes from here on.
   std::optional<double> dryFrom_;

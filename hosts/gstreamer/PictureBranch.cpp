@@ -12,8 +12,8 @@ namespace gstreamer {
 
 namespace {
 
-/// Decoded frames that wait for their time, beside the one that the decoder has in hand. Each is some megabytes, and a
-/// key frame that takes longer than two of them last is only late.
+/// Decoded frames that wait for their time, beside the one that the decoder has in hand. Each is some megabytes, and
+/// a key frame that takes longer than two of them last is only late.
 constexpr guint decodedAhead = 1;
 /// A frame that is later than this is skipped. Long before, less is decoded.
 constexpr gint64 mostLateness = GST_SECOND;
@@ -21,8 +21,9 @@ constexpr double notNear = std::numeric_limits<double>::quiet_NaN();
 
 }  // namespace
 
-PictureBranch::PictureBranch(std::shared_ptr<PictureMaker> maker, std::shared_ptr<PictureBoard> board)
-    : maker_(std::move(maker)), board_(std::move(board)) {}
+PictureBranch::PictureBranch(std::shared_ptr<PictureMaker> maker, std::shared_ptr<PictureBoard> board,
+                             Orientation orientation)
+    : maker_(std::move(maker)), board_(std::move(board)), orientation_(orientation) {}
 
 bool PictureBranch::build(GstBin& pipeline, std::string& reason) {
   queue_ = makeElement("queue");
@@ -120,11 +121,6 @@ GstPadProbeReturn PictureBranch::seeItem(GstPad*, GstPadProbeInfo* info, gpointe
   GstEvent* event = GST_PAD_PROBE_INFO_EVENT(info);
   // A sink is content with a gap; the still of a film that begins with one is the first picture after it.
   if (event && GST_EVENT_TYPE(event) == GST_EVENT_GAP) return GST_PAD_PROBE_DROP;
-  if (event && GST_EVENT_TYPE(event) == GST_EVENT_TAG) {
-    GstTagList* tags = nullptr;
-    gst_event_parse_tag(event, &tags);
-    if (tags) self.seeTags(*tags);
-  }
   return GST_PAD_PROBE_OK;
 }
 
@@ -137,13 +133,6 @@ GstPadProbeReturn PictureBranch::seeLateness(GstPad*, GstPadProbeInfo* info, gpo
   gst_event_parse_qos(event, nullptr, nullptr, &lateness, &runningTime);
   static_cast<PictureBranch*>(branch)->overload_.note(runningTime, lateness);
   return GST_PAD_PROBE_DROP;
-}
-
-void PictureBranch::seeTags(const GstTagList& tags) {
-  gchar* name = nullptr;
-  if (!gst_tag_list_get_string(&tags, GST_TAG_IMAGE_ORIENTATION, &name)) return;
-  const Text owned(name);
-  orientation_ = Orientation::named(owned.get());
 }
 
 }  // namespace gstreamer

@@ -15,7 +15,7 @@ namespace gstreamer {
 /// Frames at their time, deinterlaced, as pictures on the board.
 class PictureBranch final : public Branch {
  public:
-  PictureBranch(std::shared_ptr<PictureMaker> maker, std::shared_ptr<PictureBoard> board);
+  PictureBranch(std::shared_ptr<PictureMaker> maker, std::shared_ptr<PictureBoard> board, Orientation orientation);
 
   GstStreamType kind() const override { return GST_STREAM_TYPE_VIDEO; }
   bool build(GstBin& pipeline, std::string& reason) override;
@@ -39,10 +39,10 @@ class PictureBranch final : public Branch {
   void take(Sample frame);
   static GstPadProbeReturn seeItem(GstPad* pad, GstPadProbeInfo* info, gpointer branch);
   static GstPadProbeReturn seeLateness(GstPad* pad, GstPadProbeInfo* info, gpointer branch);
-  void seeTags(const GstTagList& tags);
 
   std::shared_ptr<PictureMaker> maker_;
   std::shared_ptr<PictureBoard> board_;
+  const Orientation orientation_;
   FrameMemory memory_;
   Shortcut shortcut_;
   Overload overload_{[this] { countDropped(); }};
@@ -53,8 +53,6 @@ class PictureBranch final : public Branch {
   /// Where about right is right enough, in seconds; none where only the very place is.
   std::atomic<double> near_ = std::numeric_limits<double>::quiet_NaN();
   std::atomic<bool> left_ = false;
-  /// Written and read by the thread that the frames come on.
-  Orientation orientation_;
 };
 
 }  // namespace gstreamer

@@ -132,18 +132,22 @@ class MappedFrame {
   bool mapped_ = false;
 };
 
-}  // namespace
+/// An orientation as libyuv goes about it: first mirrored left to right, then turned clockwise.
+struct Turn {
+  explicit Turn(Orientation upright)
+      : mirrors((upright.swapsSides != upright.mirrorsHorizontally) != upright.mirrorsVertically) {
+    if (upright.swapsSides) {
+      rotation = upright.mirrorsHorizontally ? libyuv::kRotate90 : libyuv::kRotate270;
+    } else {
+      rotation = upright.mirrorsVertically ? libyuv::kRotate180 : libyuv::kRotate0;
+    }
+  }
 
-Orientation Orientation::named(std::string_view name) {
-  constexpr std::string_view flip = "flip-";
-  Orientation orientation;
-  orientation.mirrored = name.starts_with(flip);
-  if (orientation.mirrored) name.remove_prefix(flip.size());
-  if (name == "rotate-90") orientation.quarterTurns = 1;
-  if (name == "rotate-180") orientation.quarterTurns = 2;
-  if (name == "rotate-270") orientation.quarterTurns = 3;
-  return orientation;
-}
+  bool mirrors;
+  libyuv::RotationMode rotation;
+};
+
+}  // namespace
 
 double timeOf(GstSample& frame) {
   const GstClockTime time = GST_BUFFER_PTS(gst_sample_get_buffer(&frame));
@@ -155,7 +159,7 @@ Box fitted(const GstVideoInfo& frame, Orientation orientation, Box box) {
   const double pixelShape = static_cast<double>(GST_VIDEO_INFO_PAR_N(&frame)) / GST_VIDEO_INFO_PAR_D(&frame);
   double width = GST_VIDEO_INFO_WIDTH(&frame) * pixelShape;
   double height = GST_VIDEO_INFO_HEIGHT(&frame);
-  if (orientation.lies()) std::swap(width, height);
+  if (orientation.swapsSides) std::swap(width, height);
   const double scale = std::min(box.width / width, box.height / height);
   return {std::clamp(static_cast<int>(std::lround(width * scale)), 1, box.width),
           std::clamp(static_cast<int>(std::lround(height * scale)), 1, box.height)};
@@ -204,18 +208,18 @@ class PictureMaker::Drawing {
  public:
   /// The frame, `upright` in size and orientation, into `target`. False for a format it does not know.
   bool draw(const MappedFrame& frame, Orientation orientation, Box upright, Room target) {
-    if (!orientation.mirrored && orientation.quarterTurns == 0) return convert(frame, upright, target);
-    const Box stored = orientation.lies() ? Box{upright.height, upright.width} : upright;
+    if (orientation == Orientation{}) return convert(frame, upright, target);
+    const Turn turn(orientation);
+    const Box stored = orientation.swapsSides ? Box{upright.height, upright.width} : upright;
     Room flat = room(flat_, stored.width * bytesPerPixel, stored.height);
     if (!convert(frame, stored, flat)) return false;
-    if (orientation.mirrored) {
+    if (turn.mirrors) {
       const Room mirrored = room(mirrored_, stored.width * bytesPerPixel, stored.height);
       libyuv::ARGBMirror(flat.data, flat.stride, mirrored.data, mirrored.stride, stored.width, stored.height);
       flat = mirrored;
     }
-    constexpr std::array turns = {libyuv::kRotate0, libyuv::kRotate90, libyuv::kRotate180, libyuv::kRotate270};
     libyuv::ARGBRotate(flat.data, flat.stride, target.data, target.stride, stored.width, stored.height,
-                       turns[static_cast<std::size_t>(orientation.quarterTurns)]);
+                       turn.rotation);
     return true;
   }
 

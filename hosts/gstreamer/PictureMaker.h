@@ -8,21 +8,11 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <string_view>
 #include <vector>
 
 namespace gstreamer {
 
-/// How a stored frame becomes upright: first mirrored left to right, then turned clockwise.
-struct Orientation {
-  bool mirrored = false;
-  int quarterTurns = 0;  ///< 0 to 3
-
-  bool lies() const { return quarterTurns % 2 != 0; }
-
-  /// From the text of GStreamer's `image-orientation` tag: "rotate-90", "flip-rotate-180" and so on.
-  static Orientation named(std::string_view name);
-};
+using host::Orientation;
 
 /// The size of the upright picture of square pixels that fits into `box` with its proportions kept; at least 1 x 1.
 Box fitted(const GstVideoInfo& frame, Orientation orientation, Box box);

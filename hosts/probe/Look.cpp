@@ -132,9 +132,9 @@ std::optional<std::string> titleOf(const AVFormatContext& format) {
   return title;
 }
 
-int rotationOf(AVFormatContext& format) {
+Orientation pictureOrientation(AVFormatContext& format) {
   const AVStream* track = pictureTrack(format);
-  return track == nullptr ? 0 : degreesClockwise(orientationOf(*track));
+  return track == nullptr ? Orientation{} : orientationOf(*track);
 }
 
 FileFacts factsOf(OpenMedia& media) {
@@ -145,7 +145,8 @@ FileFacts factsOf(OpenMedia& media) {
   facts.media.tracks = tracksOf(format);
   facts.title = titleOf(format);
   facts.hasPicture = hasDecodablePicture(format);
-  facts.rotation = rotationOf(format);
+  facts.media.orientation = pictureOrientation(format);
+  facts.rotation = degreesClockwise(facts.media.orientation);
   facts.mediaType = mediaKind(format, facts.hasPicture);
   facts.media.hasProtectedContent = isProtected(media);
   facts.reason = facts.media.hasProtectedContent ? "the file is protected" : whySoundFails(media);

@@ -5,13 +5,7 @@
 
 namespace probe {
 
-/// How stored pixels are turned to stand upright: first the two sides may be swapped (a reflection at the falling
-/// diagonal), then the result may be mirrored in either direction. That covers all quarter turns and mirror images.
-struct Orientation {
-  bool swapsSides = false;
-  bool mirrorsHorizontally = false;
-  bool mirrorsVertically = false;
-};
+using host::Orientation;
 
 /// From the display matrix of the frame, or else of the track (ISO/IEC 14496-12, 8.3.2). A matrix that is no
 /// quarter turn counts as the nearest one.

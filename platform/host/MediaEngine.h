@@ -15,6 +15,15 @@ struct TrackFacts {
   TrackKind kind = TrackKind::Other;
 };
 
+/// How stored pixels are turned to stand upright: first the two sides may be swapped (a reflection at the falling
+/// diagonal), then the result may be mirrored in either direction. That covers all quarter turns and mirror images.
+struct Orientation {
+  bool swapsSides = false;
+  bool mirrorsHorizontally = false;
+  bool mirrorsVertically = false;
+  bool operator==(const Orientation&) const = default;
+};
+
 /// What one look into a media file told.
 struct MediaFacts {
   bool readable = false;             ///< a media file whose structure could be read
@@ -24,6 +33,7 @@ struct MediaFacts {
   bool soundOpens = false;
   double duration = 0.0;           ///< seconds up to the end of the longest track; always finite, 0 if unknown
   std::vector<TrackFacts> tracks;  ///< in file order
+  Orientation orientation;         ///< of the moving pictures
 };
 
 /// One picture, ready to be shown: 32 bits a pixel, in memory blue, green, red, unused; already upright, of

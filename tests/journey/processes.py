@@ -4,6 +4,7 @@ import ctypes
 import os
 import signal
 import subprocess
+import threading
 import time
 
 PR_SET_PDEATHSIG = 1
@@ -68,3 +69,34 @@ def marked(variable, value):
         except OSError:
             continue  # it has ended meanwhile, or is not ours to look at
     return found
+
+
+class Companion:
+    """A program that the tests bring, which is told what to do and says what it did, one line each."""
+
+    def __init__(self, command, environment):
+        self._lines = []
+        self._process = start(command, env=environment, text=True, bufsize=1, stdin=subprocess.PIPE,
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        self._reader = threading.Thread(target=self._read, daemon=True)
+        self._reader.start()
+
+    def _read(self):
+        for line in self._process.stdout:
+            self._lines.append(line.rstrip("\n"))
+
+    def close(self):
+        end(self._process)
+        self._reader.join()
+        self._process.stdin.close()
+        self._process.stdout.close()
+
+    def tell(self, *words):
+        self._process.stdin.write(" ".join(str(word) for word in words) + "\n")
+
+    def mark(self):
+        """A place in what it says: where that ends now."""
+        return len(self._lines)
+
+    def said(self, since=0):
+        return self._lines[since:]

@@ -2,42 +2,29 @@
 
 import copy
 import os
-import subprocess
 import tempfile
-import threading
 import time
 
 import numpy
 
-from processes import end, start, until
+from processes import Companion, until
 from screen import Picture
 
 
-class TouchScreen:
+class TouchScreen(Companion):
     """Takes the place of the virtual screen, with fingers for a pointer. Every touch passes through the Wayland socket."""
 
     def __init__(self, path, stage, width, height):
         self._folder = tempfile.TemporaryDirectory(prefix="quillop-touch-")
         self._socket = os.path.join(self._folder.name, "wayland-0")
         self._pixels = os.path.join(self._folder.name, "pixels")
-        self._lines = []
-        self._process = start([path, "wayland-0", str(width), str(height)], text=True, bufsize=1,
-                              env={**stage.environment, "XDG_RUNTIME_DIR": self._folder.name}, stdin=subprocess.PIPE,
-                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-        self._reader = threading.Thread(target=self._read, daemon=True)
-        self._reader.start()
-        until(lambda: "ready" in self._lines, "the touch screen")
+        super().__init__([path, "wayland-0", str(width), str(height)],
+                         {**stage.environment, "XDG_RUNTIME_DIR": self._folder.name})
+        until(lambda: "ready" in self.said(), "the touch screen")
         self.size = (width, height)
 
-    def _read(self):
-        for line in self._process.stdout:
-            self._lines.append(line.rstrip("\n"))
-
     def close(self):
-        end(self._process)
-        self._reader.join()
-        self._process.stdin.close()
-        self._process.stdout.close()
+        super().close()
         self._folder.cleanup()
 
     def stage_of(self, stage):
@@ -49,37 +36,34 @@ class TouchScreen:
         del other.environment["DISPLAY"]
         return other
 
-    def _tell(self, *words):
-        self._process.stdin.write(" ".join(str(word) for word in words) + "\n")
-
     def picture(self):
         """What the window shows now."""
-        place = len(self._lines)
-        self._tell("look", self._pixels)
-        until(lambda: len(self._lines) > place and self._lines[-1].startswith("seen "), "a look at the screen", pause=0.005)
-        width, height = (int(number) for number in self._lines[-1].split()[1:])
+        place = self.mark()
+        self.tell("look", self._pixels)
+        until(lambda: self.said(place)[-1:] and self.said(place)[-1].startswith("seen "), "a look at the screen", pause=0.005)
+        width, height = (int(number) for number in self.said(place)[-1].split()[1:])
         pixels = numpy.fromfile(self._pixels, numpy.uint8).reshape(height, width, 4)
         return Picture(pixels[:, :, 2::-1].copy())  # in memory blue, green, red, unused
 
     def turn(self):
         """Turns the screen by a quarter."""
         self.size = self.size[::-1]
-        self._tell("turn", *self.size)
+        self.tell("turn", *self.size)
         until(lambda: self.picture().pixels.shape[1::-1] == self.size, f"a window of {self.size}")
 
     def click(self, x, y):
         """A tap of one finger."""
-        self._tell("down", 1, x, y)
+        self.tell("down", 1, x, y)
         time.sleep(0.05)
-        self._tell("up", 1)
+        self.tell("up", 1)
 
     def drag_together(self, *ways, steps=8):
         """One finger for each of the ways ((x, y), (x, y)), all at once."""
         for finger, (begin, _) in enumerate(ways, 1):
-            self._tell("down", finger, *begin)
+            self.tell("down", finger, *begin)
         for step in range(1, steps + 1):
             time.sleep(0.02)
             for finger, (begin, finish) in enumerate(ways, 1):
-                self._tell("move", finger, *(a + (b - a) * step / steps for a, b in zip(begin, finish)))
+                self.tell("move", finger, *(a + (b - a) * step / steps for a, b in zip(begin, finish)))
         for finger in range(1, len(ways) + 1):
-            self._tell("up", finger)
+            self.tell("up", finger)

@@ -116,6 +116,7 @@ std::vector<FormatClip> turnedClips() {
   add("MirroredAcross", "mirrored", {-1, 0, 0, 1});
   add("MirroredDown", "mirrored", {1, 0, 0, -1});
   add("MirroredAndTurned", "mirrored", {0, 1, 1, 0});
+  add("MirroredAndTurnedBack", "mirrored", {0, -1, -1, 0});
   return clips;
 }
 

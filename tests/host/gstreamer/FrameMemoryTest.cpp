@@ -17,7 +17,7 @@ namespace {
 /// A file, its decoder and a branch for pictures, decoded as fast as the branch takes it.
 class Decoding {
  public:
-  explicit Decoding(const std::string& path) : branch_(maker_, board_) {
+  explicit Decoding(const std::string& path) : branch_(maker_, board_, Orientation{}) {
     const std::string source = "filesrc location=" + path + " ! parsebin ! avdec_h264 max-threads=1 name=decoder";
     pipeline_.reset(gst_parse_launch(source.c_str(), nullptr));
     std::string reason;
