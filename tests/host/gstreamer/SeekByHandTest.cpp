@@ -88,11 +88,11 @@ class SeekByHand : public testing::TestWithParam<Writing> {
   void seek(double target) {
     picture_->pause(), sound_->pause();
     stage_.engine().commit();
-    stage_.loop().runFor(0.1);
-    stage_.recording().clear();
+    ASSERT_TRUE(stage_.until([&] { return stage_.recording().standsStill(); }));
     picture_->seek(target), sound_->seek(target);
     stage_.engine().commit();
     ASSERT_TRUE(stage_.until([&] { return shows(target); })) << "shows " << shown() << " instead of " << target;
+    stage_.recording().clear();
     picture_->play(), sound_->play();
     stage_.engine().commit();
   }

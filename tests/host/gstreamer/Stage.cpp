@@ -122,6 +122,16 @@ int Recording::openDevices() const {
   }));
 }
 
+bool Recording::standsStill() const {
+  const std::lock_guard lock(mutex_);
+  return std::none_of(sinks_.begin(), sinks_.end(), [](const WeakSink& known) {
+    const Element sink = known.get();
+    GstState state = GST_STATE_NULL, pending = GST_STATE_VOID_PENDING;
+    if (sink) gst_element_get_state(sink.get(), &state, &pending, 0);
+    return state == GST_STATE_PLAYING && pending == GST_STATE_VOID_PENDING;
+  });
+}
+
 double Recording::playingAt(Instant instant) const {
   const std::lock_guard lock(mutex_);
   return runs_ ? seconds(instant - base_) : -1.0;

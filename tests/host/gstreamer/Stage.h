@@ -51,6 +51,8 @@ class Recording {
   int forBothEars() const;
   /// How many sinks there are that have the device (are not in the null state).
   int openDevices() const;
+  /// Whether all sinks have been told to stand still.
+  bool standsStill() const;
   /// What the newest running sink is to play at `instant`, in seconds of its medium; negative when none runs.
   double playingAt(Instant instant) const;
 
