@@ -364,11 +364,17 @@ void Deck::handle(const Trouble& trouble) {
 void Deck::loseSound() {
   soundLost_ = true;
   if (++failedRetries_ > hopeless) surroundings_->deckRanDry(*this);
+  retrySoundLater();
+}
+
+void Deck::retrySoundLater() {
   later(now() + nanoseconds(surroundings_->options.soundRetry), &Deck::retrySound);
 }
 
+/// A film that stands still asks again when it is to play; one that is about to start, or is sought just now, soon.
 void Deck::retrySound() {
-  if (!soundLost_ || !running_) return;
+  if (!soundLost_ || !shallRun_) return;
+  if (!running_) return retrySoundLater();
   soundLost_ = false;
   advance();
 }

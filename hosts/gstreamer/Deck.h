@@ -135,6 +135,7 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   void inspect();
   void handle(const Trouble& trouble);
   void loseSound();
+  void retrySoundLater();
   void retrySound();
   void drained();
   void runDry(bool hasGrown);

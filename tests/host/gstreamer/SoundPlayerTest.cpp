@@ -209,6 +209,20 @@ TEST(SoundPlayer, ASinkThatCannotBeOpenedLeavesTheFilmRunningInSilence) {
   EXPECT_EQ(heard.failed, 0);
 }
 
+TEST(SoundPlayer, ADeviceThatFailedIsAskedForAgainAlsoIfTheFilmHadNotStartedYet) {
+  const auto recording = std::make_shared<Recording>();
+  auto attempts = std::make_shared<std::atomic<int>>(0);
+  Options options;
+  options.soundRetry = 0.001;  // before the picture can be there
+  options.makeSoundSink = [attempts, recording] { return ++*attempts < 3 ? Element() : recording->makeSink(); };
+  Stage stage(std::move(options));
+  auto sound = stage.sound(film());
+  auto picture = stage.picture(film());
+  sound->play(), picture->play();
+  stage.engine().commit();
+  EXPECT_TRUE(stage.until([&] { return recording->playingAt(now()) > 0.0; }));
+}
+
 TEST(SoundPlayer, ADeviceThatFailedIsAskedForAgain) {
   auto attempts = std::make_shared<std::atomic<int>>(0);
   const auto recording = std::make_shared<Recording>();
