@@ -284,9 +284,12 @@ Strong<UIViewController> UIStoryboard::instantiateInitialViewController() {
 }
 
 Strong<UIViewController> UIStoryboard::instantiateViewController(const std::string& sceneClass) {
-  const NSCoder coder(strongReference(this), document_->scene(sceneClass).attribute("class").value());
+  const auto scene = document_->scene(sceneClass);
+  const NSCoder coder(strongReference(this), scene.attribute("class").value());
   auto controller = std::dynamic_pointer_cast<UIViewController>(ClassRegistry::create(sceneClass, coder));
   if (!controller) stop(sceneClass + " is no view controller");
+  if (const auto width = scene.attribute("preferredWidth"))
+    controller->setPreferredContentSize({number(width), number(scene.attribute("preferredHeight"))});
   return controller;
 }
 

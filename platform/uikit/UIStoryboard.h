@@ -8,7 +8,8 @@
 
 /// The interface resource: scenes with their views, connections and segues.
 ///
-/// One `<scene class="..." [initial="true"]>` per screen. In it one element per view, named after its class
+/// One `<scene class="..." [initial="true"] [preferredWidth preferredHeight]>` per screen; the two are the size, in
+/// points, of a page sheet that is to be smaller than others. In it one element per view, named after its class
 /// (`UIView`, `UIImageView`, `UILabel`, `UIButton`, `UISlider`, `UITableView`), nested as the views are. Attributes:
 /// `id`; `outlet`; `tag`; `action`; `accessibilityLabel`; `hidden`; `clips`; `backgroundColor`, `textColor`,
 /// `tintColor` ("#RRGGBB" or "#RRGGBBAA"); `text`; `title`; `image`; `contentMode` (fill, fit, fillCropped);

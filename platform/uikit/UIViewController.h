@@ -69,6 +69,9 @@ class UIViewController : public UIResponder {
   Strong<UIViewController> presentingViewController() const { return presenting_.lock(); }
   UIModalPresentationStyle modalPresentationStyle() const { return presentationStyle_; }
   void setModalPresentationStyle(UIModalPresentationStyle style) { presentationStyle_ = style; }
+  /// How large a page sheet is to be where there is room around it; 0 x 0: as large as is easy to read.
+  CGSize preferredContentSize() const { return preferredContentSize_; }
+  void setPreferredContentSize(CGSize size) { preferredContentSize_ = size; }
   UIModalTransitionStyle modalTransitionStyle() const { return transitionStyle_; }
   void setModalTransitionStyle(UIModalTransitionStyle style) { transitionStyle_ = style; }
   /// Whether presenting it in full screen makes the screen beneath disappear. Alerts never do.
@@ -101,6 +104,7 @@ class UIViewController : public UIResponder {
   Strong<UIViewController> presented_;
   Weak<UIViewController> presenting_;
   std::vector<FilmControls> films_;
+  CGSize preferredContentSize_;
   UIModalPresentationStyle presentationStyle_ = UIModalPresentationStyle::FullScreen;
   UIModalTransitionStyle transitionStyle_ = UIModalTransitionStyle::CoverVertical;
   bool transitionIsAppearing_ = false;

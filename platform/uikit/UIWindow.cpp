@@ -15,6 +15,9 @@ constexpr double sheetHeight = 900;
 constexpr double roomForMargins = 700;
 constexpr double shortWindow = 480;
 constexpr double sheetTop = 24;
+// High enough for a sheet that begins below what most screens have along their upper edge.
+constexpr double highWindow = 640;
+constexpr double highSheetTop = 64;
 
 }  // namespace
 
@@ -59,9 +62,15 @@ CGRect UIWindow::frameForScreen(const UIViewController& controller) const {
   const bool isSheet = &controller != root_.get() && !controller.coversItsPresenter();
   if (!isSheet) return {{0, 0}, window};
   if (window.height < shortWindow) return {{0, 0}, window};
-  if (window.width < roomForMargins) return {{0, sheetTop}, {window.width, window.height - sheetTop}};
-  const double width = std::min(window.width - 2 * sheetMargin, sheetWidth);
-  const double height = std::min(window.height - 2 * sheetMargin, sheetHeight);
+  const bool isHigh = window.height >= highWindow;
+  if (window.width < roomForMargins) {
+    const double top = isHigh ? highSheetTop : sheetTop;
+    return {{0, top}, {window.width, window.height - top}};
+  }
+  const CGSize wanted = controller.preferredContentSize();
+  const double most = window.height - 2 * (isHigh ? highSheetTop : sheetMargin);
+  const double width = std::min(window.width - 2 * sheetMargin, wanted.width > 0 ? wanted.width : sheetWidth);
+  const double height = std::min(most, wanted.height > 0 ? wanted.height : sheetHeight);
   return {{std::round((window.width - width) / 2), std::round((window.height - height) / 2)}, {width, height}};
 }
 

@@ -30,7 +30,7 @@ QtObject {
     readonly property color outline: contrast.high ? "#FFFFFF" : "#3A454C"
     readonly property color hairline: contrast.high ? "#FFFFFF" : "#2C363C"
     readonly property color control: contrast.high ? "#4D4D4D" : "#39444B"
-    readonly property color track: contrast.high ? "#FFFFFF" : "#59666E"
+    readonly property color track: contrast.high ? "#FFFFFF" : "#66737B"
     readonly property color mark: contrast.high ? "#FFFFFF" : "#8A979F"
     readonly property color shade: "#000000"
     readonly property real shadeOpacity: 0.6

@@ -7,8 +7,8 @@ ListView {
 
     required property QtObject node
     readonly property bool isLong: contentHeight > 4 * height
-    // What the rows leave free for the scroll bar.
-    readonly property real gutter: isLong ? 20 : contentHeight > height ? 12 : 0
+    // What the rows leave free for the scroll bar, whether there is one or not: the margin beside the list.
+    readonly property real gutter: isLong ? 20 : 12
     // As high as the app has it, but never too low for a title in two lines with a detail under it.
     readonly property real rowHeight: Math.max(node.rowHeight, 2 * (Style.bodySize + 3) + Style.captionSize + 16)
     // Whether the keyboard led here, so that it is worth showing where it is.

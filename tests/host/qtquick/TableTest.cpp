@@ -257,10 +257,10 @@ class NamedVideos {
   QList<QQuickItem*> titleLines(const std::string& title) {
     return linesBelow(stage.named(QString::fromStdString(title) + ", 00:01:00"));
   }
-  /// The part of a row in which its texts are.
+  /// The part of a row in which its texts are: to its right there is a margin, and the one for the scroll bar.
   QImage texts(const std::string& title) {
     const QRectF row = placeOfRow(title);
-    return stage.grab().copy(row.adjusted(112, 0, -12, -4).toRect());
+    return stage.grab().copy(row.adjusted(112, 0, -24, -4).toRect());
   }
 
   ScreenStage stage;

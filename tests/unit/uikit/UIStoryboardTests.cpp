@@ -232,6 +232,12 @@ TEST_F(UIStoryboardTest, GroupsTheControlsOfAFilm) {
   EXPECT_EQ(film.volume, overlay->subviews()[3]);
 }
 
+TEST_F(UIStoryboardTest, ASceneMayPreferASize) {
+  const auto storyboard = make<UIStoryboard>(
+      "Test", "<storyboard><scene class='Root' preferredWidth='440' preferredHeight='464'/></storyboard>");
+  EXPECT_EQ(storyboard->instantiateViewController("Root")->preferredContentSize(), (CGSize{440, 464}));
+}
+
 TEST_F(UIStoryboardTest, HasSceneWithSegues) {
   const auto storyboard = make<UIStoryboard>("Test",
                                              "<storyboard><scene class='Root'>"

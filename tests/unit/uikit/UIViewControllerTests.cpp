@@ -41,7 +41,7 @@ TEST_F(UIViewControllerTest, ASheetsSceneIsLaidOutAtTheSheetsSize) {
   EXPECT_EQ(top().boxWhenLoaded, CGRectMake(0, 0, 1024, 640));
   const auto sheet = make<UIViewController>();
   sheet->setModalPresentationStyle(UIModalPresentationStyle::PageSheet);
-  EXPECT_EQ(sheet->view()->frame(), CGRectMake(32, 32, 960, 576));
+  EXPECT_EQ(sheet->view()->frame(), CGRectMake(32, 64, 960, 512));
 }
 
 TEST_F(UIViewControllerTest, ItsViewIsLoadedOnce) {

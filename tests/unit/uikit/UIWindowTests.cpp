@@ -380,7 +380,23 @@ class SheetTest : public PresentationTest {
 };
 
 TEST_F(SheetTest, LeavesAMarginWhereThereIsRoom) {
-  EXPECT_EQ(sheetIn({800, 700}), CGRectMake(32, 32, 736, 636));
+  EXPECT_EQ(sheetIn({800, 620}), CGRectMake(32, 32, 736, 556));
+}
+
+TEST_F(SheetTest, LeavesABarAboveItFreeInAHighWindow) {
+  EXPECT_EQ(sheetIn({800, 640}), CGRectMake(32, 64, 736, 512));
+  EXPECT_EQ(sheetIn({360, 640}), CGRectMake(0, 64, 360, 576));
+  EXPECT_EQ(sheetIn({360, 600}), CGRectMake(0, 24, 360, 576));
+}
+
+TEST_F(SheetTest, IsAsSmallAsItsScreenPrefersWhereThereIsRoomAround) {
+  const auto small = sheet("Sheet");
+  small->setPreferredContentSize({440, 464});
+  EXPECT_EQ(window()->frameForScreen(*small), CGRectMake(292, 88, 440, 464));
+  event([&] { window()->setSize({720, 500}); });
+  EXPECT_EQ(window()->frameForScreen(*small), CGRectMake(140, 32, 440, 436));
+  event([&] { window()->setSize({360, 740}); });
+  EXPECT_EQ(window()->frameForScreen(*small), CGRectMake(0, 64, 360, 676));
 }
 
 TEST_F(SheetTest, DoesNotGrowBeyondWhatIsEasyToRead) {
@@ -388,7 +404,7 @@ TEST_F(SheetTest, DoesNotGrowBeyondWhatIsEasyToRead) {
 }
 
 TEST_F(SheetTest, TakesTheWholeWidthOfANarrowWindow) {
-  EXPECT_EQ(sheetIn({360, 740}), CGRectMake(0, 24, 360, 716));
+  EXPECT_EQ(sheetIn({360, 740}), CGRectMake(0, 64, 360, 676));
 }
 
 TEST_F(SheetTest, TakesTheWholeOfALowWindow) {
@@ -404,19 +420,19 @@ TEST_F(SheetTest, FollowsTheWindow) {
   show("toSheet");
   advance(1.0);
   const auto shown = window()->topmostViewController();
-  EXPECT_EQ(shown->view()->frame(), CGRectMake(32, 32, 960, 576));
+  EXPECT_EQ(shown->view()->frame(), CGRectMake(32, 64, 960, 512));
   event([this] { window()->setSize({360, 740}); });
-  EXPECT_EQ(shown->view()->frame(), CGRectMake(0, 24, 360, 716));
+  EXPECT_EQ(shown->view()->frame(), CGRectMake(0, 64, 360, 676));
 }
 
 TEST_F(SheetTest, BuiltByCodeKeepsItsGeometryAndIsScaledToFitAndCentred) {
   const auto shown = sheet("Sheet");
   presented(root(), shown);
-  EXPECT_EQ(shown->view()->frame(), CGRectMake(32, 32, 960, 576));
+  EXPECT_EQ(shown->view()->frame(), CGRectMake(32, 64, 960, 512));
   event([this] { window()->setSize({480, 740}); });
-  EXPECT_EQ(shown->view()->bounds(), CGRectMake(0, 0, 960, 576));
+  EXPECT_EQ(shown->view()->bounds(), CGRectMake(0, 0, 960, 512));
   EXPECT_EQ(shown->view()->scale(), 0.5);
-  EXPECT_EQ(shown->view()->frame(), CGRectMake(0, 24 + (716 - 288) / 2.0, 480, 288));
+  EXPECT_EQ(shown->view()->frame(), CGRectMake(0, 64 + (676 - 256) / 2.0, 480, 256));
 }
 
 class TraitsTest : public WindowFixture {
