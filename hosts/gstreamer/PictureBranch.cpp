@@ -12,9 +12,10 @@ namespace gstreamer {
 
 namespace {
 
-/// Decoded frames that wait for their time, beside the one that the decoder has in hand. Each is some megabytes, and
-/// a key frame that takes longer than two of them last is only late.
-constexpr guint decodedAhead = 1;
+/// Decoded frames that wait for their time, beside the one that the decoder has in hand. Enough for a key frame that
+/// takes long to decode, and for a machine that has something else to do for a moment: with one, a film of 60
+/// pictures a second lost many of them then. Each is some megabytes.
+constexpr guint decodedAhead = 3;
 /// A frame that is later than this is skipped. Long before, less is decoded.
 constexpr gint64 mostLateness = GST_SECOND;
 constexpr double notNear = std::numeric_limits<double>::quiet_NaN();
