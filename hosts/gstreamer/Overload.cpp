@@ -54,7 +54,7 @@ void Overload::lead(GstElement& decoder) {
 
 void Overload::note(GstClockTime runningTime, GstClockTimeDiff lateness) {
   const std::lock_guard lock(mutex_);
-  if (leaps_ || runningTime < counts_) return;
+  if (leaps_ || runningTime < landedAt_) return;
   lateness_ = lateness;
   if (lateness <= mostLateness) {
     lateSince_.reset();
@@ -88,7 +88,7 @@ void Overload::seeEvent(GstEvent& event) {
 /// What comes now has nothing to do with what came before.
 void Overload::begin() {
   const std::lock_guard lock(mutex_);
-  landedAt_ = counts_ = 0;
+  landedAt_ = 0;
   lateness_ = 0;
   lateSince_.reset();
   leaps_ = false;
@@ -114,7 +114,7 @@ Overload::Verdict Overload::judge(GstBuffer& picture, GstClockTime runningTime, 
     leaps_ = false;
     lateness_ = 0;
     lateSince_.reset();
-    landedAt_ = counts_ = runningTime;
+    landedAt_ = runningTime;
     return Verdict::Decode;
   }
   if (runningTime < landedAt_) return Verdict::LeaveOut;

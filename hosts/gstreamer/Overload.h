@@ -35,15 +35,14 @@ class Overload {
   // Of the thread that the data come on.
   std::optional<Packing> packing_;
   GstSegment segment_;
-  /// Of the key frame that was leapt to. What comes after it and is to be shown before it, needs what was left out.
-  GstClockTime landedAt_ = 0;
   // Of both threads.
   std::mutex mutex_;
   GstClockTimeDiff lateness_ = 0;
   std::optional<Instant> lateSince_;  ///< by more than may be
   GstClockTimeDiff latenessThen_ = 0;
-  /// What was handed in before this running time does not tell anything any more.
-  GstClockTime counts_ = 0;
+  /// Running time of the key frame that was leapt to. What is handed in after it and to be shown before it, needs
+  /// what was left out; and how late pictures before it are, does not tell anything any more.
+  GstClockTime landedAt_ = 0;
   bool leaps_ = false;  ///< leaves out everything until a key frame
 };
 
