@@ -15,7 +15,7 @@ import uuid
 
 from gi.repository import GLib
 
-from accounting import family
+from accounting import family, proportional_set_size
 from processes import end, marked, start, until
 from program import Film, Home, Program
 from watching import wait_for_pictures
@@ -31,13 +31,31 @@ TITLES = ("first", "second")
 def decoding_floor(films, seconds):
     """The processor cores that decoding all the films for that long in real time takes, nothing shown."""
     before = resource.getrusage(resource.RUSAGE_CHILDREN)
-    decoders = [start(["ffmpeg", "-nostdin", "-loglevel", "error", "-re", "-t", str(seconds), "-i", film, "-f", "null", "-"])
-                for film in films]
-    for decoder in decoders:
-        if decoder.wait(10 * seconds + 60) != 0:
-            raise RuntimeError("ffmpeg could not decode a film")
+    _finish(_decode(films, seconds), 10 * seconds + 60)
     after = resource.getrusage(resource.RUSAGE_CHILDREN)
     return (after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime) / seconds
+
+
+def memory_floor(films):
+    """The MiB that decoding all the films in real time holds, nothing shown, each on one thread, since each further one
+    holds frames of its own."""
+    seconds = 8
+    decoders = _decode(films, seconds, "-threads", "1")
+    time.sleep(seconds / 2)
+    mebibytes = proportional_set_size([decoder.pid for decoder in decoders])
+    _finish(decoders, 60)
+    return mebibytes
+
+
+def _decode(films, seconds, *options):
+    return [start(["ffmpeg", "-nostdin", "-loglevel", "error", *options, "-re", "-t", str(seconds), "-i", film, "-f", "null", "-"])
+            for film in films]
+
+
+def _finish(decoders, patience):
+    for decoder in decoders:
+        if decoder.wait(patience) != 0:
+            raise RuntimeError("ffmpeg could not decode a film")
 
 
 def seeking_floor(film, seconds):

@@ -8,7 +8,7 @@ from dataclasses import dataclass
 
 import films
 from accounting import proportional_set_size
-from contestants import decoding_floor
+from contestants import decoding_floor, memory_floor
 from listening import Listener
 from processes import until
 from results import Check, Result, better, median_share, share
@@ -195,5 +195,6 @@ def memory(ground):
     runs = ground.runs.get(film.name) or rounds_of(ground, film)
     ours, rivals = values_of(runs, "mebibytes")
     best = better(rivals)
-    return Result("memory", memory.__doc__, "MiB", statistics.median(ours), None, _medians(rivals),
+    return Result("memory", memory.__doc__, "MiB", statistics.median(ours),
+                  memory_floor(film.pair(ground.films_folder)), _medians(rivals),
                   [Check(f"to {best}", median_share(ours, rivals[best]), 0.7)], reports_of(runs))

@@ -15,7 +15,7 @@ FocusScope {
 
         width: parent.width
         title: "Add a folder"
-        leaveTitle: "Cancel"
+        isInner: true
         onLeaving: page.cancelled()
     }
     Item {
@@ -27,7 +27,7 @@ FocusScope {
         PageButton {
             id: up
 
-            x: 24
+            x: Style.sideMargin
             anchors.verticalCenter: parent.verticalCenter
             title: "Up"
             enabled: page.chooser.hasParent
@@ -37,7 +37,7 @@ FocusScope {
             id: path
 
             anchors { left: up.right; right: parent.right; verticalCenter: parent.verticalCenter }
-            anchors { leftMargin: 16; rightMargin: 24 }
+            anchors { leftMargin: 2 * Style.space; rightMargin: Style.sideMargin }
             text: page.chooser.shownPath
             textFormat: Text.PlainText
             wrapMode: Text.Wrap
@@ -104,7 +104,7 @@ FocusScope {
                     id: label
 
                     anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter }
-                    anchors { leftMargin: 24; rightMargin: 24 }
+                    anchors { leftMargin: Style.sideMargin; rightMargin: Style.sideMargin }
                     text: row.modelData
                     textFormat: Text.PlainText
                     wrapMode: Text.Wrap
@@ -122,7 +122,7 @@ FocusScope {
         }
 
         Text {
-            anchors { left: parent.left; right: parent.right; top: parent.top; margins: 24 }
+            anchors { left: parent.left; right: parent.right; top: parent.top; margins: Style.sideMargin }
             visible: list.count === 0
             text: "There are no folders in here."
             textFormat: Text.PlainText
@@ -146,7 +146,7 @@ FocusScope {
             id: add
 
             anchors.centerIn: parent
-            width: parent.width - 2 * Style.margin
+            width: parent.width - 2 * Style.sideMargin
             title: "Add this folder"
             isPreferred: true
             enabled: page.chooser.canBeChosen

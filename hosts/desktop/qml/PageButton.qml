@@ -1,13 +1,9 @@
 import QtQuick
 import "qrc:/quillop/screen"
 
-// A button as wide as its title. `subject` says what it is about where the title alone does not.
+// A button as wide as its title.
 AlertButton {
-    property string subject: ""
-
     width: titleWidth + 5 * Style.space
     isPreferred: false
     opacity: enabled ? 1 : Style.disabledOpacity
-
-    Accessible.name: subject !== "" ? title + " " + subject : title
 }

@@ -1,19 +1,21 @@
 import QtQuick
 import "qrc:/quillop/screen"
 
-// The title of a page, and the button that leaves it. A title that is too long for its place is written smaller.
+// The title of a page, and the button that leaves it: at the end of the line for the whole, before the title for a page
+// that another one leads to. A title that is too long for its place is written smaller.
 Item {
     id: head
 
     required property string title
-    required property string leaveTitle
+    property bool isInner: false
     signal leaving()
 
-    height: Math.max(8 * Style.space, leave.height + 2 * Style.space, 48 * Style.textScale)
+    height: Math.max(7 * Style.space, 40 * Style.textScale)
 
     Text {
-        anchors { left: parent.left; right: leave.left; top: parent.top; bottom: parent.bottom }
-        anchors { leftMargin: Style.margin; rightMargin: 2 * Style.space }
+        x: head.isInner ? leave.width + Style.space : Style.sideMargin
+        width: parent.width - x - (head.isInner ? Style.sideMargin : leave.width + Style.space)
+        height: parent.height
         verticalAlignment: Text.AlignVCenter
         text: head.title
         textFormat: Text.PlainText
@@ -28,11 +30,13 @@ Item {
         Accessible.name: text
         Accessible.ignored: !enabled
     }
-    PageButton {
+    IconButton {
         id: leave
 
-        anchors { right: parent.right; rightMargin: 2 * Style.space; verticalCenter: parent.verticalCenter }
-        title: head.leaveTitle
+        x: head.isInner ? Style.space / 2 : parent.width - width - Style.space / 2
+        anchors.verticalCenter: parent.verticalCenter
+        name: head.isInner ? "Back" : "Close"
+        sign: head.isInner ? "qrc:/images/back.svg" : "qrc:/images/close.svg"
         onClicked: head.leaving()
     }
     Rectangle {

@@ -43,23 +43,22 @@ FocusScope {
 
         width: parent.width
         title: "Quillop settings"
-        leaveTitle: "Close"
         onLeaving: page.node.close()
     }
     Flickable {
         id: flickable
 
         anchors { left: parent.left; right: parent.right; top: head.bottom; bottom: parent.bottom }
-        contentHeight: column.height + 2 * Style.margin
+        contentHeight: column.height + 2 * Style.sideMargin
         boundsBehavior: Flickable.StopAtBounds
         clip: true
 
         Column {
             id: column
 
-            x: Style.margin
-            y: Style.margin
-            width: flickable.width - 2 * Style.margin
+            x: Style.sideMargin
+            y: Style.sideMargin
+            width: flickable.width - 2 * Style.sideMargin
             spacing: Style.space + Style.space / 2
 
             SettingsGroup {
@@ -77,69 +76,89 @@ FocusScope {
 
             SettingsTitle { text: "Folders of the media library" }
             SettingsGroup {
-                FolderRow {
-                    width: parent.width
-                    path: page.node.videosFolder
+                SettingsRow {
+                    title: page.node.videosFolder
                     note: "Your videos folder"
                     isFirst: true
                 }
                 Repeater {
                     model: page.node.addedFolders
 
-                    FolderRow {
+                    SettingsRow {
                         required property int index
                         required property string modelData
 
-                        width: column.width
-                        path: modelData
-                        isRemovable: true
-                        onRemoved: page.node.removeFolder(index)
+                        title: modelData
+                        endWidth: remove.width + Style.space / 2
+
+                        IconButton {
+                            id: remove
+
+                            anchors.verticalCenter: parent.verticalCenter
+                            name: "Remove " + parent.parent.title
+                            sign: "qrc:/images/close.svg"
+                            onClicked: page.node.removeFolder(parent.parent.index)
+                        }
                     }
                 }
-            }
-            PageButton {
-                width: Math.min(parent.width, titleWidth + 5 * Style.space)
-                title: "Add a folder"
-                onClicked: page.addRequested()
+                ActionRow {
+                    title: "Add a folder"
+                    sign: "qrc:/images/add.svg"
+                    onClicked: page.addRequested()
+                }
             }
 
             SettingsTitle { text: "What the library holds" }
-            SettingsText { text: page.node.contents }
-            Column {
-                width: parent.width
-                visible: page.node.working
-                enabled: page.node.working
-                spacing: 8
-
-                ProgressBar {
+            SettingsGroup {
+                SettingsRow {
+                    title: page.node.contents
+                    isFirst: true
+                }
+                Item {
                     width: parent.width
-                    value: page.node.fraction
-                    name: "Looking through your videos"
-                    description: page.node.progress
-                }
-                SettingsText { text: page.node.progress }
-            }
-            Flow {
-                width: parent.width
-                spacing: Style.space
+                    height: visible ? working.height + 2 * Style.space : 0
+                    visible: page.node.working
+                    enabled: page.node.working
 
-                PageButton {
-                    width: Math.min(parent.width, titleWidth + 5 * Style.space)
-                    title: "Rescan"
-                    enabled: page.node.allowed
-                    onClicked: page.node.rescan()
+                    Column {
+                        id: working
+
+                        x: 2 * Style.space
+                        width: parent.width - 4 * Style.space
+                        spacing: Style.space
+
+                        ProgressBar {
+                            width: parent.width
+                            value: page.node.fraction
+                            name: "Looking through your videos"
+                            description: page.node.progress
+                        }
+                        SettingsText { text: page.node.progress }
+                    }
                 }
-                PageButton {
-                    width: Math.min(parent.width, titleWidth + 5 * Style.space)
+                ActionRow {
                     visible: page.node.unreadable !== ""
                     enabled: visible
                     title: page.node.unreadable
+                    sign: "qrc:/images/forward.svg"
+                    leadsOn: true
                     onClicked: page.unreadableRequested()
+                }
+                ActionRow {
+                    title: "Rescan"
+                    sign: "qrc:/images/rescan.svg"
+                    enabled: page.node.allowed
+                    onClicked: page.node.rescan()
                 }
             }
 
             SettingsTitle { text: "About" }
-            SettingsText { text: "Quillop " + page.node.version }
+            SettingsGroup {
+                SettingsRow {
+                    title: "Quillop " + page.node.version
+                    isFirst: true
+                }
+            }
         }
     }
     ScrollMark {

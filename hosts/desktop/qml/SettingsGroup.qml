@@ -11,6 +11,7 @@ Rectangle {
     height: rows.height
     radius: Style.controlCorner
     color: Style.group
+    border { width: contrast.high ? 1 : 0; color: Style.outline }
 
     Column {
         id: rows

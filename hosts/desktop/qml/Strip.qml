@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Templates as T
 import "qrc:/quillop/screen"
 
 // A strip over the main screen that tells something. It stays clear of what can be touched there: the bar at the top, the
@@ -18,9 +17,10 @@ Item {
 
     readonly property real topBar: 56
     readonly property real hintWidth: 216
-    readonly property bool isLandscape: width > height
-    readonly property real roomBesideHint: (isLandscape ? Math.min(width / 2, width - hintWidth)
-                                                        : width - hintWidth) - 16
+    // It is about both films, so it lies across them where there is room for it beside the hint, in the middle.
+    readonly property real roomInTheMiddle: width - 2 * (hintWidth + Style.space)
+    readonly property bool isInTheMiddle: roomInTheMiddle >= 360
+    readonly property real roomBesideHint: isInTheMiddle ? roomInTheMiddle : width - hintWidth - 2 * Style.space
     readonly property bool isUnderBar: roomBesideHint >= 280
 
     NumberAnimation on opacity {
@@ -34,10 +34,10 @@ Item {
     Rectangle {
         id: strip
 
-        x: page.width - width - 8
+        x: page.isInTheMiddle ? Math.round((page.width - width) / 2) : page.width - width - Style.space
         // Where there is no room beside the hint, at the upper edge of the second film, half way down.
         y: (page.isUnderBar ? page.topBar : Math.round(page.height / 2) + page.topBar / 2) + 4
-        width: page.isUnderBar ? Math.min(page.roomBesideHint, 640) : page.width - 16
+        width: page.isUnderBar ? Math.min(page.roomBesideHint, 640) : page.width - 2 * Style.space
         height: Math.max(Style.controlHeight, page.isOneLine ? 0 : page.contentHeight + 2 * Style.space)
         radius: Style.controlCorner
         color: Style.bar
@@ -49,50 +49,14 @@ Item {
             anchors { left: parent.left; right: close.left; top: parent.top; bottom: parent.bottom }
             anchors { leftMargin: 2 * Style.space; rightMargin: Style.space / 2 }
         }
-        T.AbstractButton {
+        IconButton {
             id: close
 
             anchors { right: parent.right; top: parent.top }
-            width: 48
             height: parent.height
-            focusPolicy: Qt.TabFocus
-            activeFocusOnTab: true
-            hoverEnabled: true
-
-            Accessible.role: Accessible.Button
-            Accessible.name: page.closeTitle
-            Accessible.ignored: !enabled
-            Accessible.onPressAction: clicked()
-
-            Keys.onPressed: event => {
-                if ((event.key !== Qt.Key_Return && event.key !== Qt.Key_Enter) || event.isAutoRepeat)
-                    return
-                clicked()
-                event.accepted = true
-            }
-
+            name: page.closeTitle
+            sign: "qrc:/images/close.svg"
             onClicked: page.closed()
-
-            background: Item {
-                Glow {
-                    button: close
-                    anchors.margins: Style.space / 2
-                    radius: Style.smallCorner
-                }
-            }
-            contentItem: Item {
-                Image {
-                    anchors.centerIn: parent
-                    source: "qrc:/images/close.svg"
-                    sourceSize: Qt.size(24, 24)
-                }
-            }
-
-            FocusRing {
-                visible: close.visualFocus
-                inset: 3
-                radius: Style.smallCorner + 1
-            }
         }
     }
 }

@@ -12,7 +12,7 @@ T.CheckBox {
     checked: on
     nextCheckState: () => checkState
 
-    implicitHeight: Math.max(8 * Style.space, label.implicitHeight + 3 * Style.space)
+    implicitHeight: Math.max(7 * Style.space, label.height + 3 * Style.space)
     hoverEnabled: true
     activeFocusOnTab: true
 
@@ -41,16 +41,12 @@ T.CheckBox {
     contentItem: Item {
         opacity: row.enabled ? 1 : Style.disabledOpacity
 
-        Text {
+        RowText {
             id: label
 
             anchors { left: parent.left; right: track.left; verticalCenter: parent.verticalCenter }
             anchors { leftMargin: 2 * Style.space; rightMargin: 2 * Style.space }
-            text: row.title
-            textFormat: Text.PlainText
-            wrapMode: Text.Wrap
-            color: Style.text
-            font.pixelSize: Style.bodySize
+            title: row.title
         }
         Rectangle {
             id: track

@@ -15,7 +15,7 @@ FocusScope {
 
         width: parent.width
         title: "Unreadable files"
-        leaveTitle: "Back"
+        isInner: true
         onLeaving: page.leaving()
     }
     ListView {
@@ -70,7 +70,7 @@ FocusScope {
             required property string reason
 
             width: ListView.view.width
-            height: texts.height + 24
+            height: texts.height + 4 * Style.space
 
             Accessible.role: Accessible.ListItem
             Accessible.name: name + ", " + folder + ", " + reason
@@ -80,9 +80,9 @@ FocusScope {
                 id: texts
 
                 anchors.verticalCenter: parent.verticalCenter
-                x: 24
-                width: parent.width - 48
-                spacing: 2
+                x: Style.sideMargin
+                width: parent.width - 2 * Style.sideMargin
+                spacing: Style.space / 2
 
                 Text {
                     width: parent.width
@@ -114,7 +114,7 @@ FocusScope {
                 }
             }
             Rectangle {
-                anchors { left: parent.left; right: parent.right; bottom: parent.bottom; leftMargin: 24 }
+                anchors { left: parent.left; right: parent.right; bottom: parent.bottom; leftMargin: Style.sideMargin }
                 height: 1
                 color: Style.hairline
             }
@@ -129,10 +129,10 @@ FocusScope {
             width: ListView.view.width
             height: visible ? implicitHeight : 0
             visible: page.count !== ""
-            topPadding: 16
-            bottomPadding: 8
-            leftPadding: 24
-            rightPadding: 24
+            topPadding: 2 * Style.space
+            bottomPadding: Style.space
+            leftPadding: Style.sideMargin
+            rightPadding: Style.sideMargin
             text: page.count
             textFormat: Text.PlainText
             wrapMode: Text.Wrap
@@ -143,7 +143,7 @@ FocusScope {
             width: ListView.view.width
             height: visible ? implicitHeight : 0
             visible: page.unlisted !== ""
-            padding: 24
+            padding: Style.sideMargin
             text: page.unlisted
             textFormat: Text.PlainText
             wrapMode: Text.Wrap
@@ -152,7 +152,7 @@ FocusScope {
         }
 
         Text {
-            anchors { left: parent.left; right: parent.right; top: parent.top; margins: 24 }
+            anchors { left: parent.left; right: parent.right; top: parent.top; margins: Style.sideMargin }
             visible: list.count === 0
             text: "All files could be read."
             textFormat: Text.PlainText

@@ -14,11 +14,11 @@ Veil {
     Rectangle {
         anchors.horizontalCenter: parent.horizontalCenter
         y: 60
-        width: Math.min(parent.width - 32, 300)
-        height: entries.height + 16
-        radius: 16
-        color: "#232B30"
-        border { width: 1; color: "#3A454C" }
+        width: Math.min(parent.width - 4 * Style.space, 300 * Style.placeScale)
+        height: entries.height + 2 * Style.space
+        radius: Style.cardCorner
+        color: Style.card
+        border { width: 1; color: Style.outline }
 
         Accessible.role: Accessible.PopupMenu
         Accessible.name: "Quillop menu"
@@ -27,9 +27,9 @@ Veil {
         Column {
             id: entries
 
-            x: 8
-            y: 8
-            width: parent.width - 16
+            x: Style.space
+            y: Style.space
+            width: parent.width - 2 * Style.space
 
             Repeater {
                 model: page.node.titles
@@ -41,7 +41,7 @@ Veil {
                     required property string modelData
 
                     width: entries.width
-                    height: Math.max(52, label.implicitHeight + 16)
+                    height: Math.max(52, label.implicitHeight + 2 * Style.space)
                     hoverEnabled: true
                     // The first one has the focus as soon as there is a menu.
                     focus: index === 0
@@ -70,28 +70,29 @@ Veil {
                         event.accepted = true
                     }
 
-                    background: Rectangle {
-                        radius: 10
-                        color: "#FFFFFF"
-                        opacity: entry.down ? 0.12 : entry.hovered ? 0.06 : 0
+                    background: Item {
+                        Glow {
+                            button: entry
+                            radius: Style.smallCorner
+                        }
                     }
                     contentItem: Item {
                         Text {
                             id: label
 
                             anchors { left: parent.left; right: parent.right; verticalCenter: parent.verticalCenter }
-                            anchors { leftMargin: 16; rightMargin: 16 }
+                            anchors { leftMargin: 2 * Style.space; rightMargin: 2 * Style.space }
                             text: entry.modelData
                             textFormat: Text.PlainText
                             wrapMode: Text.Wrap
-                            color: "#FFFFFF"
-                            font.pixelSize: 17
+                            color: Style.text
+                            font.pixelSize: Style.bodySize
                         }
                     }
 
                     FocusRing {
                         visible: entry.visualFocus
-                        radius: 10
+                        radius: Style.smallCorner
                     }
                 }
             }

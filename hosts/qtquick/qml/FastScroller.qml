@@ -39,7 +39,7 @@ Item {
         width: scroller.isDragged || finger.containsMouse ? 12 : 8
         height: parent.height - 8
         radius: width / 2
-        color: scroller.isDragged ? scroller.table.node.tint : "#8A979F"
+        color: scroller.isDragged ? scroller.table.node.tint : Style.mark
     }
     Rectangle {
         id: bubble
@@ -65,7 +65,7 @@ Item {
             anchors.centerIn: parent
             text: scroller.isDragged ? scroller.table.node.letter(bubble.row) : ""
             textFormat: Text.PlainText
-            color: "#0B0E10"
+            color: Style.accentText
             font { pixelSize: 28; weight: Font.DemiBold }
         }
     }

@@ -125,7 +125,7 @@ T.Slider {
             visible: contrast.high
             color: "transparent"
             radius: height / 2
-            border { width: 2; color: "#FFFFFF" }
+            border { width: 2; color: Style.text }
         }
         Text {
             id: elapsed

@@ -42,7 +42,9 @@ QtObject {
     readonly property real disabledOpacity: 0.5
 
     readonly property int space: 8
+    // Within a card, and at the sides of a page.
     readonly property int margin: 24
+    readonly property int sideMargin: 16
     readonly property int controlHeight: 48
     readonly property int cardCorner: 16
     readonly property int controlCorner: 12

@@ -61,7 +61,7 @@ T.ItemDelegate {
             visible: contrast.high
             color: "transparent"
             radius: card.radius
-            border { width: 1; color: "#FFFFFF" }
+            border { width: 1; color: Style.text }
         }
         FocusRing {
             anchors.fill: card

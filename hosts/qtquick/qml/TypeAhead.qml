@@ -47,7 +47,7 @@ Item {
         width: Math.min(parent.width - 24, words.implicitWidth + 32)
         height: words.implicitHeight + 20
         radius: 12
-        color: "#232B30"
+        color: Style.card
         border { width: 1; color: typing.table.node.tint }
 
         Text {
@@ -58,7 +58,7 @@ Item {
             text: typing.isMissing ? "No title begins with \"" + typing.text + "\"" : typing.text
             textFormat: Text.PlainText
             elide: Text.ElideLeft
-            color: "#FFFFFF"
+            color: Style.text
             font.pixelSize: 17
 
             Accessible.role: Accessible.Notification

@@ -7,6 +7,7 @@ namespace {
 
 constexpr QSize phone(390, 844);
 constexpr QSize smallPhone(360, 640);
+constexpr QSize tablet(768, 1024);
 constexpr QSize wide(1280, 800);
 
 const std::vector<std::string> titles{
@@ -63,6 +64,18 @@ TEST(Pictures, ListOnAPhone) {
   EXPECT_TRUE(looksAs("list-phone", scene.picture()));
 }
 
+TEST(Pictures, TwoFilmsOnATablet) {
+  Scene scene(tablet);
+  scene.playBoth();
+  EXPECT_TRUE(looksAs("films-tablet", scene.picture()));
+}
+
+TEST(Pictures, ListOnATablet) {
+  Scene scene({tablet, titles});
+  scene.stage().openList();
+  EXPECT_TRUE(looksAs("list-tablet", scene.picture()));
+}
+
 TEST(Pictures, ListUnderTheKeyboardOnADesktop) {
   Scene scene({wide, titles});
   scene.stage().openList();
@@ -111,6 +124,35 @@ TEST(Pictures, SettingsOnAPhone) {
   scene.access().addFolder("/media/card/DCIM");
   scene.openSettings();
   EXPECT_TRUE(looksAs("settings-phone", scene.picture()));
+}
+
+TEST(Pictures, SettingsUnderThePointerWhileTheLibraryIsReadOnATablet) {
+  Scene scene(tablet);
+  scene.access().setAnswer(desktop::LibraryAccess::Answer::Authorised);
+  scene.facts().contents = {1234, 2766, 0, false};
+  scene.openSettings();
+  scene.index(1234, 4000);
+  scene.hover("Rescan");
+  EXPECT_TRUE(looksAs("settings-tablet", scene.picture()));
+}
+
+TEST(Pictures, MenuOnAPhone) {
+  Scene scene(phone);
+  scene.openMenu();
+  EXPECT_TRUE(looksAs("menu-phone", scene.picture()));
+}
+
+TEST(Pictures, HighContrastInTheSettingsOnAPhone) {
+  Scene scene({phone, {}, false, "1", "1"});
+  scene.access().addFolder("/media/card/DCIM");
+  scene.openSettings();
+  EXPECT_TRUE(looksAs("contrast-settings-phone", scene.picture()));
+}
+
+TEST(Pictures, HighContrastOnTheFilmsOfADesktop) {
+  Scene scene({wide, {}, false, "1", "1"});
+  scene.playBoth();
+  EXPECT_TRUE(looksAs("contrast-films-desktop", scene.picture()));
 }
 
 TEST(Pictures, FolderChooserOnADesktop) {

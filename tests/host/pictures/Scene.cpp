@@ -19,6 +19,7 @@ bool awaitsPicture(const QQuickItem& item) {
 
 Scene::Scene(Options options)
     : textScale_("QUILLOP_TEXT_SCALE", options.textScale),
+      highContrast_("QUILLOP_HIGH_CONTRAST", options.highContrast),
       there_({}, {options.size, options.titles.size(), options.isFirstRun, options.titles}) {
   for (const auto* name : {"Videos", "Films", "Camera", "Documents"})
     QDir(there_.folder.path()).mkpath(QLatin1String(name));
@@ -43,6 +44,11 @@ void Scene::hover(const QString& name) {
 
 void Scene::openSettings() {
   settings_.open();
+  stage().settle();
+}
+
+void Scene::openMenu() {
+  menu_.open();
   stage().settle();
 }
 

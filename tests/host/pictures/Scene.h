@@ -5,6 +5,7 @@
 #include "hosts/desktop/LibraryWait.h"
 #include "hosts/desktop/Notice.h"
 #include "hosts/desktop/SettingsPage.h"
+#include "hosts/desktop/WindowMenu.h"
 #include "tests/host/desktop/LibraryStage.h"
 #include "tests/host/medialibrary/Environment.h"
 
@@ -16,6 +17,7 @@ class Scene final {
     std::vector<std::string> titles;
     bool isFirstRun = false;
     const char* textScale = "1";
+    const char* highContrast = "0";
   };
   explicit Scene(Options options);
   explicit Scene(QSize size) : Scene(Options{size, {}}) {}
@@ -31,6 +33,7 @@ class Scene final {
   void hover(const QString& name);
   void press(const QString& name) { there_.click(name); }
   void openSettings();
+  void openMenu();
   /// The library works on `done` of `total` files.
   void index(std::size_t done, std::size_t total);
   /// Shows how far the library is to somebody who waits for it.
@@ -43,11 +46,16 @@ class Scene final {
   bool isLoading();
 
   const EnvironmentVariable textScale_;
+  const EnvironmentVariable highContrast_;
   desktop::LibraryStage there_;
   const EnvironmentVariable home_{"HOME", there_.folder.path().toStdString()};
   desktop::AccessPrompt prompt_{there_.layers};
   desktop::LibraryWait wait_{there_.layers};
   desktop::IndexingBar bar_{there_.layers, there_.library};
   desktop::SettingsPage settings_{there_.layers, there_.access, there_.library};
+  desktop::WindowMenu menu_{
+      there_.layers, [] {
+        return std::vector<desktop::WindowMenu::Entry>{{"Settings", {}}, {"Full screen", {}}, {"Quit", {}}};
+      }};
   desktop::Notice notice_{there_.layers, "The sound output is mono: both films are heard in both ears"};
 };

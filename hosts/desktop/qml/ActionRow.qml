@@ -1,0 +1,64 @@
+import QtQuick
+import QtQuick.Templates as T
+import "qrc:/quillop/screen"
+
+// A row of a group that does something when it is pressed, with a sign of what that is. The sign of one that leads
+// somewhere is at its end.
+T.AbstractButton {
+    id: row
+
+    required property string title
+    required property url sign
+    property bool leadsOn: false
+    property bool isFirst: false
+
+    width: parent.width
+    height: visible ? Math.max(7 * Style.space, texts.height + 3 * Style.space) : 0
+    hoverEnabled: true
+    activeFocusOnTab: true
+
+    Accessible.role: Accessible.Button
+    Accessible.name: title
+    Accessible.ignored: !enabled
+    Accessible.onPressAction: clicked()
+
+    Keys.onPressed: event => {
+        if ((event.key !== Qt.Key_Return && event.key !== Qt.Key_Enter) || event.isAutoRepeat)
+            return
+        clicked()
+        event.accepted = true
+    }
+
+    background: Item {
+        RowLine { visible: !row.isFirst }
+        Glow {
+            button: row
+            radius: Style.controlCorner
+        }
+    }
+    contentItem: Item {
+        opacity: row.enabled ? 1 : Style.disabledOpacity
+
+        Image {
+            id: sign
+
+            x: row.leadsOn ? parent.width - width - 2 * Style.space : 2 * Style.space
+            anchors.verticalCenter: parent.verticalCenter
+            source: row.sign
+            sourceSize: Qt.size(24, 24)
+        }
+        RowText {
+            id: texts
+
+            x: row.leadsOn ? 2 * Style.space : sign.x + sign.width + 1.5 * Style.space
+            anchors.verticalCenter: parent.verticalCenter
+            width: (row.leadsOn ? sign.x - Style.space : parent.width - 2 * Style.space) - x
+            title: row.title
+        }
+    }
+
+    FocusRing {
+        visible: row.visualFocus
+        radius: Style.controlCorner
+    }
+}
