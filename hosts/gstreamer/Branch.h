@@ -30,8 +30,8 @@ class Branch {
   virtual void expectStillNear(double position) = 0;
   /// The decoder of what the branch takes is found, and gets nothing yet.
   virtual void lead(GstElement&) {}
-  /// The pipeline is about to be sought, or stands still: times of before do not count any more.
-  virtual void standStill() {}
+  /// The pipeline is about to be sought: what was before does not count any more.
+  virtual void beginAnew() {}
   /// Whether something was put up since then. Any thread.
   virtual bool hasStill() const { return true; }
   /// Seconds by which what comes out is behind the pipeline's time, where that can be told. May block.

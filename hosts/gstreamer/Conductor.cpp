@@ -18,12 +18,12 @@ Conductor::Conductor(std::shared_ptr<Surroundings> surroundings) : surroundings_
 
 void Conductor::perform(const Transaction& transaction) {
   if (ending_) return;
+  leaveGroups(transaction);
   std::vector<std::shared_ptr<Deck>> starting;
   for (const auto& [deck, order] : transaction) {
     if (std::find(decks_.begin(), decks_.end(), deck) == decks_.end()) decks_.push_back(deck);
-    leaveGroup(*deck);
     deck->apply(order);
-    if (deck->waitsForStart()) starting.push_back(deck);
+    if (order.concernsStart() && deck->waitsForStart()) starting.push_back(deck);
   }
   if (!starting.empty()) startTogether(std::move(starting));
 }
@@ -35,11 +35,20 @@ void Conductor::setScrubbing(bool isScrubbing) {
   for (const auto& deck : decks) deck->settle();
 }
 
-void Conductor::leaveGroup(const Deck& deck) {
+/// All of them before the rest of a group is looked at: the rest is not to start because its partner is about to
+/// leave, too. Who is only told how loud to be goes on waiting with the others.
+void Conductor::leaveGroups(const Transaction& transaction) {
+  leaveGroups([&transaction](const Deck& member) {
+    return std::any_of(transaction.begin(), transaction.end(), [&member](const auto& entry) {
+      return entry.first.get() == &member && entry.second.concernsStart();
+    });
+  });
+}
+
+void Conductor::leaveGroups(const std::function<bool(const Deck&)>& leaves) {
   const auto old = groups_;
   for (const auto& group : old) {
-    const auto left = std::erase_if(group->decks, [&deck](const auto& member) { return member.get() == &deck; });
-    if (left > 0) tryStart(group);
+    if (std::erase_if(group->decks, [&leaves](const auto& member) { return leaves(*member); }) > 0) tryStart(group);
   }
 }
 
@@ -126,7 +135,7 @@ void Conductor::deckIsRefused(const Deck& refused) {
 }
 
 void Conductor::close(const std::shared_ptr<Deck>& deck) {
-  leaveGroup(*deck);
+  leaveGroups([&deck](const Deck& member) { return &member == deck.get(); });
   std::erase(decks_, deck);
   closing_.push_back(deck);
   deck->close([self = weak_from_this(), weak = std::weak_ptr(deck)] {

@@ -3,6 +3,7 @@
 #include "hosts/gstreamer/Deck.h"
 
 #include <condition_variable>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -41,7 +42,8 @@ class Conductor final : public std::enable_shared_from_this<Conductor> {
   };
 
   std::vector<std::shared_ptr<Deck>> decksOf(const std::string& url) const;
-  void leaveGroup(const Deck& deck);
+  void leaveGroups(const Transaction& transaction);
+  void leaveGroups(const std::function<bool(const Deck&)>& leaves);
   void startTogether(std::vector<std::shared_ptr<Deck>> decks);
   bool isComplete(const Group& group) const;
   double patienceWith(const Deck& deck) const;

@@ -6,7 +6,6 @@
 #include <malloc.h>
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 #include <utility>
 
@@ -34,12 +33,10 @@ constexpr Instant decoderInterval = nanoseconds(0.25);
 constexpr double statedRoughly = 0.5;
 /// How often a file that grows is opened again where it had come to its end.
 constexpr Instant growth = nanoseconds(1.0);
-/// What is left out after damage, one attempt after the other, before the track is given up.
-constexpr std::array leaps = {0.5, 1.0, 4.0, 12.0};
-/// Damage that is met after so many good seconds is other damage.
-constexpr double goodSeconds = 5.0;
 /// So many failed attempts at a sound device say that it does not come back soon.
 constexpr int hopeless = 2;
+/// No film is shorter: a length of nothing would be no bound.
+constexpr double shortestFilm = 0.001;
 /// A film's last picture begins at least this long before its end.
 constexpr double lastPicture = 0.1;
 
@@ -62,7 +59,7 @@ void Deck::followBox() {
 }
 
 bool Deck::wantsPipeline() const {
-  return wanted_ && hasStream_ && !broken_ && !soundLost_;
+  return wanted_ && streams_ > 0 && !broken_ && !soundLost_;
 }
 
 bool Deck::isReady() const {
@@ -119,7 +116,9 @@ void Deck::moveTo(double position) {
   if (surroundings_->isScrubbing) settlesAt_ = time + resting;
   atEnd_ = false;
   broken_ = false;
-  damages_ = 0;
+  leaps_.forget();
+  leap_ = 0.0;
+  waitsForMore_.reset();
   standStill(target);
   aim_ = target;
   // A picture that would have to be decoded from far off is not waited for any more.
@@ -171,13 +170,13 @@ void Deck::learn() {
 void Deck::learned(const host::MediaFacts& facts) {
   busy_ = false;
   learned_ = true;
-  const auto has = [&facts](host::TrackKind kind) {
-    return std::any_of(facts.tracks.begin(), facts.tracks.end(),
-                       [kind](const host::TrackFacts& track) { return track.kind == kind; });
+  const auto count = [&facts](host::TrackKind kind) {
+    return std::count_if(facts.tracks.begin(), facts.tracks.end(),
+                         [kind](const host::TrackFacts& track) { return track.kind == kind; });
   };
-  const bool picture = has(host::TrackKind::Video), sound = has(host::TrackKind::Audio);
-  hasStream_ = setup_.kind == Kind::Picture ? picture : sound;
-  hasOther_ = setup_.kind == Kind::Picture ? sound : picture;
+  const auto pictures = count(host::TrackKind::Video), sounds = count(host::TrackKind::Audio);
+  streams_ = setup_.kind == Kind::Picture ? pictures : sounds;
+  hasOther_ = (setup_.kind == Kind::Picture ? sounds : pictures) > 0;
   orientation_ = facts.orientation;
   setup_.timeline->setLength(facts.duration);
   if (!facts.readable) fail();
@@ -189,6 +188,7 @@ void Deck::openPipeline() {
   setup.path = setup_.path;
   setup.branch = makeBranch();
   setup.hardware = hardware_;
+  setup.streams = streams_;
   setup.decoderPatience = surroundings_->options.decoderPatience;
   setup.tellElement = surroundings_->options.tellElement;
   const auto tell = [weak = weak_from_this(), engine = surroundings_->engine](void (Deck::*task)()) {
@@ -204,8 +204,8 @@ void Deck::openPipeline() {
   pipeline_ = std::make_shared<Pipeline>(std::move(setup));
   aim_.reset();
   standsAt_ = pipelineTarget((running_ ? position() + headStart : position()) + std::exchange(leap_, 0.0));
-  submit([target = standsAt_, precision = precisionAt(standsAt_)](Pipeline& pipeline) {
-    return pipeline.open(target, precision);
+  submit([target = standsAt_, precision = precisionAt(standsAt_), round = pipeline_->round()](Pipeline& pipeline) {
+    return pipeline.open(target, precision, round);
   });
   watchDecoder(pipeline_);
 }
@@ -233,6 +233,7 @@ void Deck::dropPipeline() {
   pipelineRuns_ = false;
   busy_ = false;
   aim_.reset();
+  previewed_.reset();
 }
 
 /// Leaves the thread to itself, which may never come back from closing a pipeline, and takes another one.
@@ -368,11 +369,13 @@ void Deck::loseSound() {
 }
 
 void Deck::retrySoundLater() {
-  later(now() + nanoseconds(surroundings_->options.soundRetry), &Deck::retrySound);
+  if (!std::exchange(retries_, true))
+    later(now() + nanoseconds(surroundings_->options.soundRetry), &Deck::retrySound);
 }
 
 /// A film that stands still asks again when it is to play; one that is about to start, or is sought just now, soon.
 void Deck::retrySound() {
+  retries_ = false;
   if (!soundLost_ || !shallRun_) return;
   if (!running_) return retrySoundLater();
   soundLost_ = false;
@@ -394,19 +397,17 @@ bool Deck::endsEarly(double position) const {
 
 /// What went well before fails: a medium that cannot be read just now, or damage that the decoder does not get over.
 void Deck::passDamage() {
-  if (!leapOn()) giveUp();
+  if (const auto leap = nextLeap()) {
+    leap_ = *leap;
+  } else {
+    giveUp();
+  }
 }
 
-/// Leaving out more and more gets past damage. False once enough was tried.
-bool Deck::leapOn() {
-  const double place = position();
-  if (damages_ == 0 || place - damagedAt_ > goodSeconds) {
-    damages_ = 0;
-    damagedAt_ = place;
-  }
-  if (damages_ == static_cast<int>(leaps.size())) return false;
-  leap_ = leaps.at(static_cast<std::size_t>(damages_++));
-  return endsEarly(place + leap_);
+/// Seconds; none where enough was tried, or where there would not be anything left.
+std::optional<double> Deck::nextLeap() {
+  const auto leap = leaps_.next(position());
+  return leap && endsEarly(position() + *leap) ? leap : std::nullopt;
 }
 
 /// The track ends here; the film goes on for as long as another one does.
@@ -431,10 +432,11 @@ void Deck::drained() {
 /// like the end, too.
 void Deck::runDry(bool hasGrown) {
   if (hasGrown) {
-    later(now() + growth, &Deck::reopen);
-  } else if (endsEarly(position()) && leapOn()) {
+    waitsForMore_ = pipeline_;
+    later(now() + growth, &Deck::reopenForMore);
+  } else if (const auto leap = endsEarly(position()) ? nextLeap() : std::nullopt) {
     if (pipelineRuns_) pausePipeline();
-    aim_ = position() + std::exchange(leap_, 0.0);
+    aim_ = position() + *leap;
     advance();
   } else {
     dryFrom_ = position();
@@ -451,10 +453,15 @@ void Deck::reopen() {
   advance();
 }
 
+/// Unless somebody has gone elsewhere in the meantime.
+void Deck::reopenForMore() {
+  if (hasPipeline() && waitsForMore_.lock() == pipeline_) reopen();
+}
+
 std::optional<double> Deck::endOf(Kind kind) const {
   if (!learned_) return std::nullopt;
   if (kind != setup_.kind) return hasOther_ ? std::nullopt : std::optional(0.0);
-  if (!hasStream_) return 0.0;
+  if (streams_ == 0) return 0.0;
   if (dryFrom_) return dryFrom_;
   return failedRetries_ > hopeless ? std::optional(0.0) : std::nullopt;
 }
@@ -462,7 +469,7 @@ std::optional<double> Deck::endOf(Kind kind) const {
 void Deck::endAt(double end) {
   const double length = setup_.timeline->length();
   if (length > 0.0 && end > length - statedRoughly) return;
-  setup_.timeline->setLength(end);
+  setup_.timeline->setLength(std::max(end, shortestFilm));
   if (running_) expectEnd();
 }
 
@@ -482,16 +489,22 @@ void Deck::start(Instant instant) {
   catchingUp_ = 0;
   setup_.timeline->run(runningFrom_, instant);
   expectEnd();
-  if (hasPipeline() && isReady()) runPipeline();
+  if (!hasPipeline() || !isReady()) return;
+  if (isFarAhead()) {
+    join();
+  } else {
+    runPipeline();
+  }
+}
+
+bool Deck::isFarAhead() const {
+  return standsAt_ - position() > mostAhead;
 }
 
 /// The pipeline has become ready while the timeline was running already.
 void Deck::join() {
   const bool sound = setup_.kind == Kind::Sound;
-  if (const double ahead = standsAt_ - position(); ahead > mostAhead) {
-    later(now() + nanoseconds(ahead - mostAhead / 2), &Deck::advance);
-    return;
-  }
+  if (isFarAhead()) return later(now() + nanoseconds(standsAt_ - position() - mostAhead / 2), &Deck::advance);
   const bool late = position() - standsAt_ > (sound ? tolerableLatenessOfSound : tolerableLatenessOfPicture);
   if (late && catchingUp_ < mostSkips) {
     ++catchingUp_;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hosts/gstreamer/FactsCache.h"
+#include "hosts/gstreamer/Leaps.h"
 #include "hosts/gstreamer/Options.h"
 #include "hosts/gstreamer/PictureBoard.h"
 #include "hosts/gstreamer/PictureMaker.h"
@@ -11,6 +12,7 @@
 #include "platform/host/MainLoop.h"
 #include "platform/host/MediaEngine.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -31,6 +33,9 @@ struct Order {
   std::uint64_t announcement = 0;
   std::optional<double> pan;
   std::optional<double> volume;
+
+  /// Whether it changes when or where the player is to start.
+  bool concernsStart() const { return plays || position || stops; }
 };
 
 /// What all players of an engine share.
@@ -140,12 +145,14 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   void drained();
   void runDry(bool hasGrown);
   void reopen();
+  void reopenForMore();
   bool endsEarly(double position) const;
   void passDamage();
-  bool leapOn();
+  std::optional<double> nextLeap();
   void giveUp();
   double position() const;
   void fail();
+  bool isFarAhead() const;
   void join();
   void runPipeline();
   void followDevice();
@@ -176,13 +183,13 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   Instant runningSince_ = 0;
   double runningFrom_ = 0.0;
   double heldAt_ = 0.0;
-  std::uint64_t run_ = 0;  ///< counts the starts, so that a timer knows whether it is still meant
+  std::uint64_t run_ = 0;  ///< changes with the run and its end, so that a timer knows whether it is still meant
   bool atEnd_ = false;
 
   // What is known of the file.
   bool learned_ = false;
-  bool hasStream_ = false;
-  bool hasOther_ = false;  ///< a stream of the other kind
+  std::ptrdiff_t streams_ = 0;  ///< of this kind
+  bool hasOther_ = false;       ///< a stream of the other kind
   host::Orientation orientation_;
   bool broken_ = false;
   /// Nothing more comes from here on.
@@ -190,6 +197,8 @@ class Deck final : public std::enable_shared_from_this<Deck> {
 
   // What the pipeline does.
   std::shared_ptr<Pipeline> pipeline_;
+  /// It came to the end of a file that grows, and is to be made anew.
+  std::weak_ptr<Pipeline> waitsForMore_;
   bool busy_ = false;
   bool pipelineRuns_ = false;
   Hardware hardware_ = Hardware::Preferred;
@@ -197,9 +206,8 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   int failedRetries_ = 0;   ///< at a sound device, one after the other
   std::string lastReason_;  ///< why the pipeline failed, until one does not
   bool everReady_ = false;
-  /// How often damage was passed in a row, and where it was met last.
-  int damages_ = 0;
-  double damagedAt_ = 0.0;
+  bool retries_ = false;  ///< an attempt at a sound device is on its way
+  Leaps leaps_;
   /// Seconds that the next pipeline leaves out.
   double leap_ = 0.0;
   /// Where the pipeline has to be brought before it is ready.
@@ -211,7 +219,7 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   bool fingerMoves_ = false;
   Instant settlesAt_ = 0;
   int catchingUp_ = 0;
-  std::uint64_t watch_ = 0;  ///< counts the starts of the pipeline
+  std::uint64_t watch_ = 0;  ///< changes when the pipeline starts and runs dry
   SoundPace pace_;
   double delay_ = 0.0;
   bool closing_ = false;

@@ -41,7 +41,7 @@ Box PictureBoard::box() const {
 
 void PictureBoard::whenBoxChanges(std::function<void()> changed) {
   const std::lock_guard lock(mutex_);
-  boxChanged_ = std::move(changed);
+  if (!closed_) boxChanged_ = std::move(changed);
 }
 
 void PictureBoard::show(std::shared_ptr<const host::Picture> picture, Box madeFor) {

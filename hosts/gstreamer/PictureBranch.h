@@ -25,7 +25,7 @@ class PictureBranch final : public Branch {
   void expectStill(bool expected) override;
   void expectStillNear(double position) override;
   void lead(GstElement& decoder) override;
-  void standStill() override { hasStill_ = false; }
+  void beginAnew() override { hasStill_ = false; }
   bool hasStill() const override { return hasStill_; }
   void setDelay(double seconds) override;
   bool hasInStore() const override;

@@ -48,6 +48,10 @@ GstStreamType kindOf(GstPad& pad) {
   return stream ? gst_stream_get_stream_type(stream.get()) : GST_STREAM_TYPE_UNKNOWN;
 }
 
+bool isRaw(const GstCaps& caps) {
+  return g_str_has_suffix(gst_structure_get_name(gst_caps_get_structure(&caps, 0)), "/x-raw");
+}
+
 /// The format in words for a log, such as "video/x-h265, profile main-10".
 std::string nameOf(const GstCaps& caps) {
   const GstStructure* structure = gst_caps_get_structure(&caps, 0);
@@ -100,7 +104,7 @@ Pipeline::Pipeline(Setup setup) : setup_(std::move(setup)) {}
 
 Pipeline::~Pipeline() = default;
 
-bool Pipeline::open(double position, Precision precision) {
+bool Pipeline::open(double position, Precision precision, Round round) {
   sizeWhenMade_ = sizeOf(setup_.path);
   if (!build()) return false;
   setup_.branch->expectStill(position <= 0.0);
@@ -108,7 +112,6 @@ bool Pipeline::open(double position, Precision precision) {
     failToPrepare();
     return false;
   }
-  const Round round = round_;
   if (!settle()) return false;
   setup_.branch->expectStill(false);
   return position <= 0.0 || seek(position, precision, round);
@@ -126,7 +129,7 @@ bool Pipeline::build() {
   g_signal_connect(pipeline_.get(), "deep-element-added", G_CALLBACK(seeElement), this);
   std::string reason;
   if (!setup_.branch->build(bin(), reason)) {
-    fail(Trouble::Where::Sink, reason);
+    fail(setup_.branch->kind() == GST_STREAM_TYPE_AUDIO ? Trouble::Where::Sink : Trouble::Where::Media, reason);
     return false;
   }
   watchData();
@@ -199,7 +202,7 @@ bool Pipeline::seek(double position, Precision precision, Round round) {
 }
 
 bool Pipeline::moveTo(double position, Precision precision, Round round) {
-  if (!seeksRoughly_) return jumpTo(position, 0.0, precision, round);
+  if (!seeksRoughly_ || precision == Precision::KeyFrame) return jumpTo(position, 0.0, precision, round);
   for (const double runUp : runUps) {
     if (!jumpTo(position, runUp, precision, round)) return false;
     if (!beginsTooLate()) break;
@@ -231,7 +234,7 @@ void Pipeline::expectStill(double position, bool isNear) {
   } else {
     setup_.branch->expectStill(true);
   }
-  setup_.branch->standStill();
+  setup_.branch->beginAnew();
 }
 
 GstClockTime Pipeline::mediaTime(double position) const {
@@ -298,12 +301,6 @@ void Pipeline::close() {
 std::optional<Trouble> Pipeline::trouble() const {
   const std::lock_guard lock(mutex_);
   return trouble_;
-}
-
-double Pipeline::length() const {
-  gint64 length = 0;
-  const bool known = pipeline_ && gst_element_query_duration(pipeline_.get(), GST_FORMAT_TIME, &length);
-  return known && length > 0 ? seconds(length) : 0.0;
 }
 
 bool Pipeline::hasGrown() const {
@@ -410,23 +407,35 @@ gboolean Pipeline::goesOn(GstElement*, GstPad*, GstCaps* caps, gpointer pipeline
 void Pipeline::seePad(GstElement*, GstPad* pad, gpointer pipeline) {
   auto& self = *static_cast<Pipeline*>(pipeline);
   if (self.attached_) return;
-  if (kindOf(*pad) == self.setup_.branch->kind()) {
+  const Caps sent(gst_pad_get_current_caps(pad));
+  const bool isWanted = kindOf(*pad) == self.setup_.branch->kind();
+  if (isWanted && (!sent || self.canPlay(*sent))) {
     self.attached_ = true;
-    if (const Caps sent(gst_pad_get_current_caps(pad)); sent) return self.attach(*pad, *sent);
+    if (sent) return self.attach(*pad, *sent);
     gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, attachWhenDescribed, &self, nullptr);
   } else {
+    if (isWanted) self.passOver(*sent);
     const auto kinds = static_cast<GstPadProbeType>(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_BUFFER_LIST |
                                                     GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM);
     gst_pad_add_probe(pad, kinds, dropUntilAttached, &self, nullptr);
   }
 }
 
-/// The parser keeps a stream to itself that no decoder on this system takes.
+bool Pipeline::canPlay(const GstCaps& caps) const {
+  return isRaw(caps) || !decodersFor(caps, setup_.hardware).empty();
+}
+
+/// The parser keeps a stream to itself that it knows, and that no decoder on this system takes.
 void Pipeline::seeUnknownType(GstElement*, GstPad*, GstCaps* caps, gpointer pipeline) {
   auto& self = *static_cast<Pipeline*>(pipeline);
   const char* wanted = self.setup_.branch->kind() == GST_STREAM_TYPE_VIDEO ? "video/" : "audio/";
   if (self.attached_ || !g_str_has_prefix(gst_structure_get_name(gst_caps_get_structure(caps, 0)), wanted)) return;
-  self.failToAttach(*caps, false);
+  self.passOver(*caps);
+}
+
+/// One stream fewer that can be played: trouble once it was the last one.
+void Pipeline::passOver(const GstCaps& caps) {
+  if (++passedOver_ >= setup_.streams) fail(Trouble::Where::Media, "there is no decoder for " + nameOf(caps));
 }
 
 void Pipeline::seeNoMorePads(GstElement*, gpointer pipeline) {
@@ -482,8 +491,7 @@ GstPadProbeReturn Pipeline::seeSegment(GstPad*, GstPadProbeInfo* info, gpointer 
 void Pipeline::attach(GstPad& pad, const GstCaps& caps) {
   if (hasClock_) gst_pad_add_probe(&pad, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, seeSegment, this, nullptr);
   const Pad from = readAhead(pad);
-  const GstStructure* structure = gst_caps_get_structure(&caps, 0);
-  if (g_str_has_suffix(gst_structure_get_name(structure), "/x-raw")) {
+  if (isRaw(caps)) {
     const Pad entry(gst_element_get_static_pad(&setup_.branch->entry(), "sink"));
     if (gst_pad_link(from.get(), entry.get()) == GST_PAD_LINK_OK) return;
   }

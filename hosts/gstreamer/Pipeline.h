@@ -5,6 +5,7 @@
 #include "hosts/gstreamer/Instant.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -46,6 +47,7 @@ class Pipeline {
     std::string path;
     std::unique_ptr<Branch> branch;
     Hardware hardware = Hardware::Preferred;
+    std::ptrdiff_t streams = 1;    ///< that the file has of the branch's kind
     double decoderPatience = 0.0;  ///< seconds; see `Options`
     std::function<void(const std::string& factory)> tellElement;
     /// Called on any thread when there is `trouble`, or when the end of the stream was reached while running.
@@ -61,8 +63,9 @@ class Pipeline {
   Pipeline(const Pipeline&) = delete;
   Pipeline& operator=(const Pipeline&) = delete;
 
-  /// Gets everything ready at `position`. False when there is trouble, or after `interrupt`.
-  bool open(double position, Precision precision);
+  /// Gets everything ready at `position`; where another round than `round` has begun, somewhere. False when there is
+  /// trouble, or after `interrupt`.
+  bool open(double position, Precision precision, Round round);
   /// Brings a pipeline that stands still to `position`. Where only a key frame is wanted, the pipeline is ready for
   /// nothing but another seek afterwards. So it is where another round has begun; this returns early then, with true.
   bool seek(double position, Precision precision, Round round);
@@ -89,8 +92,6 @@ class Pipeline {
   bool waitsForHardware() const { return usesHardware_ && !hasDecoded_; }
   /// Any thread.
   std::optional<Trouble> trouble() const;
-  /// Seconds, 0 when the file does not tell; once opened.
-  double length() const;
   /// Nothing came before the end of the stream since the pipeline was opened, or sought; once that is done.
   bool isEmpty() const { return isEmpty_ || !setup_.branch->hasStill(); }
   /// The file is larger than it was when the pipeline was made. May block.
@@ -128,6 +129,8 @@ class Pipeline {
   static GstPadProbeReturn dropUntilAttached(GstPad* pad, GstPadProbeInfo* info, gpointer pipeline);
   void attach(GstPad& pad, const GstCaps& caps);
   void failToAttach(const GstCaps& caps, bool hasDecoder);
+  bool canPlay(const GstCaps& caps) const;
+  void passOver(const GstCaps& caps);
   static GstPadProbeReturn seeSegment(GstPad* pad, GstPadProbeInfo* info, gpointer pipeline);
   void watchData();
   void watchDecoder(GstElement& decoder);
@@ -143,6 +146,7 @@ class Pipeline {
   double standsAt_ = 0.0;
   /// Whether the stream that is wanted was found. Written and read by the threads of the parser.
   std::atomic<bool> attached_ = false;
+  std::atomic<std::ptrdiff_t> passedOver_ = 0;  ///< so many streams of the kind that is wanted, without a decoder
   std::atomic<bool> interrupted_ = false;
   std::atomic<Round> round_ = 0, previewRound_ = 0;
   std::atomic<bool> hasData_ = false;

@@ -20,7 +20,7 @@ class SoundBranch final : public Branch {
   bool readsAhead() const override { return true; }
   void expectStill(bool) override {}
   void expectStillNear(double) override {}
-  void standStill() override { device_.forget(); }
+  void beginAnew() override { device_.forget(); }
   std::optional<double> lag() const override { return device_.lag(); }
   void countDropped() override {}
 

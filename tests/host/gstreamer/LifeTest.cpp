@@ -122,4 +122,33 @@ TEST(Life, AFilmWithoutADecoderIsRefusedAndItsFormatNamed) {
   }
 }
 
+TEST(Life, ATrackWithoutADecoderIsPassedOverWhereThereIsAnotherOne) {
+  gst_init(nullptr, nullptr);
+  for (const char* codecs : {"aac-opus", "opus-aac"}) {
+    const bool beginsWithOpus = codecs[0] == 'o';
+    const std::string path = clips::clip(std::string("engine-two-formats-") + codecs + ".mkv",
+                                         {"-f",       "lavfi",
+                                          "-i",       "testsrc2=size=160x90:rate=30:duration=3",
+                                          "-f",       "lavfi",
+                                          "-i",       "sine=frequency=440:sample_rate=48000:duration=3",
+                                          "-map",     "0",
+                                          "-map",     "1",
+                                          "-map",     "1",
+                                          "-c:v",     "libx264",
+                                          "-pix_fmt", "yuv420p",
+                                          "-c:a:0",   beginsWithOpus ? "libopus" : "aac",
+                                          "-c:a:1",   beginsWithOpus ? "aac" : "libopus"});
+    const WithoutDecoders without("audio/mpeg");
+    Stage stage;
+    Heard heardSound, heardPicture;
+    auto sound = stage.sound(path, heardSound);
+    auto picture = stage.picture(path, heardPicture);
+    sound->play();
+    picture->play();
+    stage.engine().commit();
+    EXPECT_TRUE(stage.until([&] { return stage.recording().playingAt(now()) > 0.0; })) << codecs;
+    EXPECT_EQ(heardSound.failed + heardPicture.failed, 0) << codecs;
+  }
+}
+
 }  // namespace gstreamer

@@ -35,6 +35,8 @@ std::vector<std::string> files() {
 }
 
 constexpr double longest = 6.1;  ///< seconds; none of the films is longer
+/// Seconds by which sound and picture may be apart: the players are asked one after the other.
+constexpr double tolerance = 0.005;
 
 long entriesOf(const char* folder) {
   return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
@@ -71,6 +73,7 @@ class Film {
   void setVolume(double volume) { sound_->setVolume(volume); }
   void resize(int width, int height) { pictures_->setBox(width, height); }
   double position() const { return picture_->position(); }
+  bool isTogether() const { return std::fabs(sound_->position() - picture_->position()) < tolerance; }
 
   /// What must be true at any time; words for what is not.
   std::string fault() const {
@@ -106,6 +109,7 @@ class Chamber {
     }
     for (const Film& each : films_) {
       if (auto fault = each.fault(); !fault.empty()) return fault;
+      if (!staysTogether(each)) return "sound and picture are apart";
     }
     if (stage_->recording().forBothEars() > 0) return "a film is heard in both ears";
     if (below(20) == 0) stage_->loop().runFor(0.2);
@@ -150,6 +154,14 @@ class Chamber {
     for (Film& film : films_) {
       if (film.isLoaded() && film.isPlaying()) film.pause();
     }
+  }
+
+  bool staysTogether(const Film& film) {
+    const auto isTogether = [&film] { return !film.isPlaying() || film.isTogether(); };
+    if (isTogether()) return true;
+    // Sound that is played on before anybody has heard of the end begins anew, and the end is told meanwhile.
+    stage_->loop().runFor(0.1);
+    return isTogether();
   }
 
   /// What plays moves or ends, and no more sound devices are open than there are films.
