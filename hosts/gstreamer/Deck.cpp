@@ -299,7 +299,7 @@ Precision Deck::precisionAt(double position) const {
 
 void Deck::submit(Work work) {
   busy_ = true;
-  pipeline_->expectDecoding();
+  pipeline_->noteDecoder();
   worker_->queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_, work] {
     const bool well = work(*pipeline);
     const Outcome outcome{well, pipeline->isEmpty(), pipeline->isEmpty() && pipeline->hasGrown()};
@@ -517,7 +517,7 @@ void Deck::join() {
 
 void Deck::runPipeline() {
   pipelineRuns_ = true;
-  pipeline_->expectDecoding();
+  pipeline_->noteDecoder();
   worker_->queue()->post([pipeline = pipeline_, from = runningFrom_, since = runningSince_, delay = delay_] {
     if (pipeline->branch()) pipeline->branch()->setDelay(delay);
     pipeline->run(from, since);

@@ -25,9 +25,6 @@ struct StructureRelease {
 struct ErrorRelease {
   void operator()(GError* error) const { g_error_free(error); }
 };
-struct TextRelease {
-  void operator()(gchar* text) const { g_free(text); }
-};
 struct FactoriesRelease {
   void operator()(GList* factories) const { gst_plugin_feature_list_free(factories); }
 };
@@ -44,7 +41,6 @@ using Sample = std::unique_ptr<GstSample, SampleRelease>;
 using Event = std::unique_ptr<GstEvent, EventRelease>;
 using Structure = std::unique_ptr<GstStructure, StructureRelease>;
 using Error = std::unique_ptr<GError, ErrorRelease>;
-using Text = std::unique_ptr<gchar, TextRelease>;
 using Factories = std::unique_ptr<GList, FactoriesRelease>;
 
 /// An element of `factory`, or none where there is no such plugin. The reference that elements are born with belongs

@@ -5,7 +5,6 @@
 #include <gst/app/gstappsink.h>
 
 #include <cmath>
-#include <limits>
 #include <utility>
 
 namespace gstreamer {
@@ -18,7 +17,6 @@ namespace {
 constexpr guint decodedAhead = 3;
 /// A frame that is later than this is skipped. Long before, less is decoded.
 constexpr gint64 mostLateness = GST_SECOND;
-constexpr double notNear = std::numeric_limits<double>::quiet_NaN();
 
 }  // namespace
 

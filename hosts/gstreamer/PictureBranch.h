@@ -33,6 +33,8 @@ class PictureBranch final : public Branch {
   void countDropped() override { board_->countDropped(); }
 
  private:
+  static constexpr double notNear = std::numeric_limits<double>::quiet_NaN();
+
   void configureSink();
   void watchSink();
   void takeStill(Sample frame);
@@ -51,7 +53,7 @@ class PictureBranch final : public Branch {
   std::atomic<bool> expectsStill_ = true;
   std::atomic<bool> hasStill_ = false;
   /// Where about right is right enough, in seconds; none where only the very place is.
-  std::atomic<double> near_ = std::numeric_limits<double>::quiet_NaN();
+  std::atomic<double> near_ = notNear;
   std::atomic<bool> left_ = false;
 };
 

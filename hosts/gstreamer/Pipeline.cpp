@@ -148,7 +148,7 @@ GstPadProbeReturn Pipeline::seeData(GstPad*, GstPadProbeInfo* info, gpointer pip
   if (GST_IS_BUFFER(info->data)) {
     if (!self.hasData_.exchange(true)) self.dataSince_ = GST_BUFFER_PTS(GST_PAD_PROBE_INFO_BUFFER(info));
     self.hasDecoded_ = true;
-    self.expectDecoding();
+    self.noteDecoder();
     return GST_PAD_PROBE_OK;
   }
   switch (GST_EVENT_TYPE(info->data)) {
@@ -525,7 +525,7 @@ Pad Pipeline::readAhead(GstPad& pad) {
 }
 
 void Pipeline::watchDecoder(GstElement& decoder) {
-  expectDecoding();
+  noteDecoder();
   usesHardware_ = isHardwareDecoder(decoder);
   if (!usesHardware_) return;
   const Pad in(gst_element_get_static_pad(&decoder, "sink"));
@@ -533,7 +533,7 @@ void Pipeline::watchDecoder(GstElement& decoder) {
 }
 
 GstPadProbeReturn Pipeline::seeDecoderTake(GstPad*, GstPadProbeInfo*, gpointer pipeline) {
-  static_cast<Pipeline*>(pipeline)->expectDecoding();
+  static_cast<Pipeline*>(pipeline)->noteDecoder();
   return GST_PAD_PROBE_OK;
 }
 

@@ -76,8 +76,8 @@ class Pipeline {
 
   /// Makes operations that wait return at once, from now on, and nothing come out any more. Any thread, until closed.
   void interrupt();
-  /// The decoder is to do something from now on. Any thread.
-  void expectDecoding() { decoderMoved_ = now(); }
+  /// The decoder is to do something from now on, or just did. Any thread.
+  void noteDecoder() { decoderMoved_ = now(); }
   /// Makes it trouble if a hardware decoder is stuck, which is to do something. Any thread, until closed.
   void judgeDecoder();
   /// The round of seeks that is on. Any thread.

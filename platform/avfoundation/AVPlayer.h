@@ -42,7 +42,6 @@ class AVPlayer final : public NSObject {
   explicit AVPlayer(const Strong<NSURL>& url);
   ~AVPlayer() override;
 
-  /// None for a player that was given no item.
   const Strong<AVPlayerItem>& currentItem() const { return currentItem_; }
   AVPlayerActionAtItemEnd actionAtItemEnd() const { return actionAtItemEnd_; }
   void setActionAtItemEnd(AVPlayerActionAtItemEnd action) { actionAtItemEnd_ = action; }

@@ -9,7 +9,7 @@
 
 class NSTimer;
 
-/// The main run loop: the main queue's blocks and the scheduled timers, in virtual order.
+/// The main run loop: the main queue's blocks and the scheduled timers, in the order of their times.
 ///
 /// The loop never waits. The host's main loop calls `turn` at the time that the loop asked for (port `MainLoop`),
 /// and wraps everything else that reaches the app from outside (input, facts posted by an engine) in a `Turn`.

@@ -17,7 +17,7 @@ class PopTip final : public UIView {
   /// `maxWidth` points, for `duration` seconds, or until `hide` where there is none. Shown again it moves.
   void show(const std::string& text, PopTipDirection direction, double maxWidth, const Strong<UIView>& container,
             CGRect sourceRect, std::optional<double> duration = std::nullopt);
-  /// Takes the balloon away; with `forced` without any animation. Nothing happens while it is not shown.
+  /// Takes the balloon away, at once, forced or not. Nothing happens while it is not shown.
   void hide(bool forced = false);
 
   bool isVisible() const { return superview() != nullptr; }

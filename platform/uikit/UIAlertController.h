@@ -49,7 +49,7 @@ class UIAlertController final : public UIViewController {
   /// The user pressed the button at that place: the alert is dismissed, then the button's handler runs. Nothing
   /// happens while the alert is not the topmost screen at rest, or the window takes no input.
   void pressAction(std::size_t index);
-  /// Escape or Back: the cancel button, else the only one, else the first.
+  /// Escape or Back: the cancel button, else the first.
   void pressCancel();
 
   bool coversItsPresenter() const override { return false; }

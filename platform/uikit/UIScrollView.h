@@ -40,9 +40,12 @@ class UIScrollView : public UIView {
   /// Seconds that an animated scroll takes where motion is wanted.
   static constexpr double animationDuration = 0.24;
 
+ protected:
+  /// As `setContentOffset`, but an animated scroll goes on.
+  void moveTo(CGPoint offset);
+
  private:
   CGPoint held(CGPoint offset) const;
-  void moveTo(CGPoint offset);
   void animateTo(CGPoint target);
   void endAnimation();
 

@@ -73,7 +73,7 @@ void UITableView::layoutSubviews() {
     ++generation_;
   }
   setContentSize({bounds().size.width, static_cast<double>(numberOfRows_) * rowHeight_});
-  setContentOffset(contentOffset());  // a table that grew may stand beyond its end
+  moveTo(contentOffset());  // a table that grew may stand beyond its end
   const double top = contentOffset().y;
   const double height = bounds().size.height;
   const auto rows = static_cast<double>(numberOfRows_);  // of a hair's height there may be more than a long can count
