@@ -43,19 +43,17 @@ constexpr double lastPicture = 0.1;
 }  // namespace
 
 Deck::Deck(std::shared_ptr<Surroundings> surroundings, Setup setup)
-    : surroundings_(std::move(surroundings)), setup_(std::move(setup)), worker_(makeWorker()) {
+    : surroundings_(std::move(surroundings)),
+      setup_(std::move(setup)),
+      thread_(setup_.kind == Kind::Picture ? "film-picture" : "film-sound", surroundings_->engine) {
   if (!setup_.board) return;
   maker_ = std::make_shared<PictureMaker>(setup_.board);
   followBox();
 }
 
-std::unique_ptr<TaskThread> Deck::makeWorker() const {
-  return std::make_unique<TaskThread>(setup_.kind == Kind::Picture ? "film-picture" : "film-sound");
-}
-
 void Deck::followBox() {
   setup_.board->whenBoxChanges(
-      [queue = worker_->queue(), maker = maker_] { queue->post([maker] { maker->makeAgain(); }); });
+      [queue = thread_.queue(), maker = maker_] { queue->post([maker] { maker->makeAgain(); }); });
 }
 
 bool Deck::wantsPipeline() const {
@@ -98,8 +96,8 @@ void Deck::reorient(const Order& order) {
     if (hasPipeline()) dropPipeline();
   }
   if (order.volume && hasPipeline()) {
-    worker_->queue()->post([pipeline = pipeline_, volume = volume_] {
-      if (auto* branch = static_cast<SoundBranch*>(pipeline->branch())) branch->setVolume(volume);
+    thread_.tell([volume = volume_](Pipeline& pipeline) {
+      if (auto* branch = static_cast<SoundBranch*>(pipeline.branch())) branch->setVolume(volume);
     });
   }
 }
@@ -122,7 +120,7 @@ void Deck::moveTo(double position) {
   standStill(target);
   aim_ = target;
   // A picture that would have to be decoded from far off is not waited for any more.
-  if (hasPipeline() && setup_.kind == Kind::Picture) pipeline_->outdateSeeks();
+  if (hasPipeline() && setup_.kind == Kind::Picture) pipeline().outdateSeeks();
 }
 
 void Deck::standStill(double position) {
@@ -160,7 +158,7 @@ void Deck::advance() {
 
 void Deck::learn() {
   busy_ = true;
-  worker_->queue()->post([weak = weak_from_this(), surroundings = surroundings_, url = setup_.url] {
+  thread_.queue()->post([weak = weak_from_this(), surroundings = surroundings_, url = setup_.url] {
     surroundings->engine->post([weak, facts = surroundings->facts->facts(url)] {
       if (const auto deck = weak.lock()) deck->learned(facts);
     });
@@ -201,13 +199,13 @@ void Deck::openPipeline() {
   setup.troubled = tell(&Deck::inspect);
   setup.drained = tell(&Deck::drained);
   setup.sinkTaken = surroundings_->options.soundTaken;
-  pipeline_ = std::make_shared<Pipeline>(std::move(setup));
+  thread_.put(std::make_unique<Pipeline>(std::move(setup)));
   aim_.reset();
   standsAt_ = pipelineTarget((running_ ? position() + headStart : position()) + std::exchange(leap_, 0.0));
-  submit([target = standsAt_, precision = precisionAt(standsAt_), round = pipeline_->round()](Pipeline& pipeline) {
+  submit([target = standsAt_, precision = precisionAt(standsAt_), round = pipeline().round()](Pipeline& pipeline) {
     return pipeline.open(target, precision, round);
   });
-  watchDecoder(pipeline_);
+  watchDecoder(thread_.pipeline());
 }
 
 /// One that is stuck tells nothing, and whoever waits for it neither.
@@ -215,7 +213,7 @@ void Deck::watchDecoder(const std::weak_ptr<Pipeline>& watched) {
   surroundings_->engine->postAt(now() + decoderInterval, [weak = weak_from_this(), watched] {
     const auto deck = weak.lock();
     const auto pipeline = watched.lock();
-    if (!deck || !pipeline || deck->pipeline_ != pipeline) return;
+    if (!deck || !pipeline || deck->thread_.pipeline() != pipeline) return;
     if (deck->busy_ || deck->pipelineRuns_) pipeline->judgeDecoder();
     if (deck->busy_ || pipeline->usesHardware()) deck->watchDecoder(watched);
   });
@@ -227,32 +225,23 @@ std::unique_ptr<Branch> Deck::makeBranch() const {
 }
 
 void Deck::dropPipeline() {
-  pipeline_->interrupt();
-  worker_->queue()->post([pipeline = std::move(pipeline_)] { pipeline->close(); });
-  pipeline_.reset();
+  thread_.drop();
   pipelineRuns_ = false;
   busy_ = false;
   aim_.reset();
   previewed_.reset();
 }
 
-/// Leaves the thread to itself, which may never come back from closing a pipeline, and takes another one.
-void Deck::replaceWorker() {
-  worker_->end(0.0);
-  worker_ = makeWorker();
-  if (setup_.board) followBox();
-}
-
 void Deck::pausePipeline() {
   pipelineRuns_ = false;
-  worker_->queue()->post([pipeline = pipeline_] { pipeline->pause(); });
+  thread_.tell(&Pipeline::pause);
 }
 
 void Deck::seekPipeline() {
   if (awaitsFurtherTarget()) return later(settlesAt_, &Deck::advance);
   standsAt_ = pipelineTarget(*aim_);
   const auto precision = nextPrecision();
-  submit([target = standsAt_, precision, round = pipeline_->round()](Pipeline& pipeline) {
+  submit([target = standsAt_, precision, round = pipeline().round()](Pipeline& pipeline) {
     return pipeline.seek(target, precision, round);
   });
 }
@@ -266,7 +255,7 @@ bool Deck::awaitsFurtherTarget() const {
 
 void Deck::settle() {
   settlesAt_ = 0;
-  if (hasPipeline() && aim_) pipeline_->outdatePreviews();
+  if (hasPipeline() && aim_) pipeline().outdatePreviews();
   advance();
 }
 
@@ -299,21 +288,18 @@ Precision Deck::precisionAt(double position) const {
 
 void Deck::submit(Work work) {
   busy_ = true;
-  pipeline_->noteDecoder();
-  worker_->queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_, work] {
-    const bool well = work(*pipeline);
-    const Outcome outcome{well, pipeline->isEmpty(), pipeline->isEmpty() && pipeline->hasGrown()};
-    engine->post([weak, pipeline, outcome] {
-      const auto deck = weak.lock();
-      if (deck && deck->pipeline_ == pipeline) deck->finished(outcome);
-    });
-  });
+  pipeline().noteDecoder();
+  const auto workAndLook = [work = std::move(work)](Pipeline& pipeline) {
+    const bool well = work(pipeline);
+    return Outcome{well, pipeline.isEmpty(), pipeline.isEmpty() && pipeline.hasGrown()};
+  };
+  thread_.ask(weak_from_this(), workAndLook, &Deck::finished);
 }
 
 void Deck::finished(const Outcome& outcome) {
   busy_ = false;
-  const auto trouble = pipeline_->trouble();
-  if (outcome.well && outcome.isEmpty && !trouble && pipeline_->waitsForHardware()) {
+  const auto trouble = pipeline().trouble();
+  if (outcome.well && outcome.isEmpty && !trouble && pipeline().waitsForHardware()) {
     handle({Trouble::Where::HardwareDecoder, "the hardware decoder gives nothing"});
   } else if (outcome.well && !trouble) {
     everReady_ = true;
@@ -331,7 +317,7 @@ void Deck::finished(const Outcome& outcome) {
 
 void Deck::inspect() {
   if (!hasPipeline()) return;
-  const auto trouble = pipeline_->trouble();
+  const auto trouble = pipeline().trouble();
   // The outcome of an operation that is under way tells of its trouble by itself, if there is to be one.
   if (trouble && (!busy_ || trouble->isStuck)) handle(*trouble);
 }
@@ -341,7 +327,10 @@ void Deck::handle(const Trouble& trouble) {
   if (trouble.reason != lastReason_) std::fprintf(stderr, "%s: %s\n", setup_.path.c_str(), trouble.reason.c_str());
   lastReason_ = trouble.reason;
   dropPipeline();
-  if (trouble.isStuck) replaceWorker();
+  if (trouble.isStuck) {
+    thread_.replace();
+    if (setup_.board) followBox();
+  }
   switch (trouble.where) {
     case Trouble::Where::Sink:
       loseSound();
@@ -420,11 +409,8 @@ void Deck::giveUp() {
 void Deck::drained() {
   if (!pipelineRuns_) return;
   ++watch_;  // a device that has nothing more to play does not lag
-  worker_->queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_] {
-    engine->post([weak, pipeline, hasGrown = pipeline->hasGrown()] {
-      const auto deck = weak.lock();
-      if (deck && deck->pipeline_ == pipeline && deck->pipelineRuns_) deck->runDry(hasGrown);
-    });
+  thread_.ask(weak_from_this(), &Pipeline::hasGrown, [](Deck& deck, bool hasGrown) {
+    if (deck.pipelineRuns_) deck.runDry(hasGrown);
   });
 }
 
@@ -432,7 +418,7 @@ void Deck::drained() {
 /// like the end, too.
 void Deck::runDry(bool hasGrown) {
   if (hasGrown) {
-    waitsForMore_ = pipeline_;
+    waitsForMore_ = thread_.pipeline();
     later(now() + growth, &Deck::reopenForMore);
   } else if (const auto leap = endsEarly(position()) ? nextLeap() : std::nullopt) {
     if (pipelineRuns_) pausePipeline();
@@ -455,7 +441,7 @@ void Deck::reopen() {
 
 /// Unless somebody has gone elsewhere in the meantime.
 void Deck::reopenForMore() {
-  if (hasPipeline() && waitsForMore_.lock() == pipeline_) reopen();
+  if (hasPipeline() && waitsForMore_.lock() == thread_.pipeline()) reopen();
 }
 
 std::optional<double> Deck::endOf(Kind kind) const {
@@ -517,10 +503,10 @@ void Deck::join() {
 
 void Deck::runPipeline() {
   pipelineRuns_ = true;
-  pipeline_->noteDecoder();
-  worker_->queue()->post([pipeline = pipeline_, from = runningFrom_, since = runningSince_, delay = delay_] {
-    if (pipeline->branch()) pipeline->branch()->setDelay(delay);
-    pipeline->run(from, since);
+  pipeline().noteDecoder();
+  thread_.tell([from = runningFrom_, since = runningSince_, delay = delay_](Pipeline& pipeline) {
+    if (pipeline.branch()) pipeline.branch()->setDelay(delay);
+    pipeline.run(from, since);
   });
   if (setup_.kind == Kind::Sound) followDevice();
 }
@@ -533,13 +519,9 @@ void Deck::followDevice() {
 
 void Deck::watchLag(std::uint64_t watch) {
   if (!pipelineRuns_ || watch != watch_) return;
-  worker_->queue()->post([weak = weak_from_this(), engine = surroundings_->engine, pipeline = pipeline_, watch] {
-    const auto lag = pipeline->branch() ? pipeline->branch()->lag() : std::nullopt;
-    if (!lag) return;
-    engine->post([weak, watch, lag] {
-      const auto deck = weak.lock();
-      if (deck && deck->pipelineRuns_ && deck->watch_ == watch) deck->lags(*lag);
-    });
+  const auto lag = [](Pipeline& pipeline) { return pipeline.branch() ? pipeline.branch()->lag() : std::nullopt; };
+  thread_.ask(weak_from_this(), lag, [watch](Deck& deck, std::optional<double> found) {
+    if (found && deck.pipelineRuns_ && deck.watch_ == watch) deck.lags(*found);
   });
   surroundings_->engine->postAt(now() + nanoseconds(pace_.pause()), [weak = weak_from_this(), watch] {
     if (const auto deck = weak.lock()) deck->watchLag(watch);
@@ -573,8 +555,8 @@ void Deck::followSound(double lag) {
   if (lag == delay_) return;
   delay_ = lag;
   if (!hasPipeline()) return;
-  worker_->queue()->post([pipeline = pipeline_, delay = delay_] {
-    if (pipeline->branch()) pipeline->branch()->setDelay(delay);
+  thread_.tell([lag](Pipeline& pipeline) {
+    if (pipeline.branch()) pipeline.branch()->setDelay(lag);
   });
 }
 
@@ -611,15 +593,12 @@ void Deck::reachEnd() {
 void Deck::close(std::function<void()> closed) {
   closing_ = true;
   pipelineRuns_ = false;  // the watch over the device's lag ends here
-  if (hasPipeline()) pipeline_->interrupt();
-  worker_->queue()->post([pipeline = std::move(pipeline_), maker = maker_, engine = surroundings_->engine, closed] {
-    if (pipeline) pipeline->close();
+  const auto clearUp = [maker = maker_] {
     if (maker) maker->forget();
     // A film leaves holes between what stays, which the C library would keep for the next one.
     malloc_trim(0);
-    engine->post(closed);
-  });
-  pipeline_.reset();
+  };
+  thread_.close(clearUp, std::move(closed));
 }
 
 void Deck::post(std::function<void()> host::PlayerEvents::*event) {

@@ -5,9 +5,8 @@
 #include "hosts/gstreamer/Options.h"
 #include "hosts/gstreamer/PictureBoard.h"
 #include "hosts/gstreamer/PictureMaker.h"
-#include "hosts/gstreamer/Pipeline.h"
+#include "hosts/gstreamer/PipelineThread.h"
 #include "hosts/gstreamer/SoundPace.h"
-#include "hosts/gstreamer/TaskThread.h"
 #include "hosts/gstreamer/Timeline.h"
 #include "platform/host/MainLoop.h"
 #include "platform/host/MediaEngine.h"
@@ -105,7 +104,7 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   /// Ends everything. `closed` is called, on the engine's thread, when the last of the pipeline is gone.
   void close(std::function<void()> closed);
   /// Leaves the deck's thread to itself, which is stuck closing the pipeline.
-  void abandon() { worker_->end(0.0); }
+  void abandon() { thread_.abandon(); }
 
  private:
   using Work = std::function<bool(Pipeline&)>;
@@ -116,7 +115,8 @@ class Deck final : public std::enable_shared_from_this<Deck> {
     bool hasGrown = false;
   };
 
-  bool hasPipeline() const { return pipeline_ != nullptr; }
+  bool hasPipeline() const { return thread_.pipeline() != nullptr; }
+  Pipeline& pipeline() const { return *thread_.pipeline(); }
   bool wantsPipeline() const;
   void reorient(const Order& order);
   void moveTo(double position);
@@ -125,9 +125,7 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   void learn();
   void learned(const host::MediaFacts& facts);
   void openPipeline();
-  std::unique_ptr<TaskThread> makeWorker() const;
   void followBox();
-  void replaceWorker();
   void watchDecoder(const std::weak_ptr<Pipeline>& watched);
   std::unique_ptr<Branch> makeBranch() const;
   void dropPipeline();
@@ -196,7 +194,6 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   std::optional<double> dryFrom_;
 
   // What the pipeline does.
-  std::shared_ptr<Pipeline> pipeline_;
   /// It came to the end of a file that grows, and is to be made anew.
   std::weak_ptr<Pipeline> waitsForMore_;
   bool busy_ = false;
@@ -224,8 +221,8 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   double delay_ = 0.0;
   bool closing_ = false;
 
-  /// Last, so that its thread ends first.
-  std::unique_ptr<TaskThread> worker_;
+  /// Last, so that it ends first.
+  PipelineThread thread_;
 };
 
 }  // namespace gstreamer

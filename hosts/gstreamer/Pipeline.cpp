@@ -4,7 +4,6 @@
 #include "hosts/gstreamer/UsualPlugins.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstring>
 #include <filesystem>
@@ -22,14 +21,6 @@ constexpr int glancesForReason = 10;
 constexpr Instant briefGlance = 4 * GST_MSECOND;
 /// Encoded sound that is read ahead, so that a disk that wakes up is not heard.
 constexpr guint64 readAheadTime = GST_SECOND;
-/// Of containers with a clock of their own. The first one has neither an index nor marks where key frames are: its
-/// parser goes to where the clock shows the time, behind the pictures of that time. So it is sent ahead of the place
-/// by as much, and farther where that was not enough; what comes before the place is decoded and left out. Seconds.
-constexpr const char* programStreamParser = "mpegpsdemux";
-constexpr const char* transportStreamParser = "tsdemux";
-constexpr std::array runUps = {2.0, 8.0, 32.0};
-/// A first picture that begins later after the place than this tells that the run-up was too short.
-constexpr GstClockTime mostLateStart = 150 * GST_MSECOND;
 /// A parser that looks for the key frame before a place goes to where all its streams have something. Of a sound
 /// track that is up to this far before the place, and a key frame at the place itself would be missed.
 constexpr Instant longestSoundPacket = 50 * GST_MSECOND;
@@ -83,12 +74,6 @@ std::uintmax_t sizeOf(const std::string& path) {
 /// then, would hide that the data has ended long before. Takes `event` and gives another one.
 GstEvent* withoutEnd(GstEvent* event) {
   return withSegment(event, [](GstSegment& segment) { segment.stop = GST_CLOCK_TIME_NONE; });
-}
-
-/// The same segment, of which nothing before `begin` is to be played. Takes `event` and gives another one.
-GstEvent* beginningAt(GstClockTime begin, GstEvent* event) {
-  return withSegment(event,
-                     [begin](GstSegment& segment) { segment.start = segment.time = segment.position = begin; });
 }
 
 /// Whether the sink holds each sample back until its time, or begins as soon as it may.
@@ -189,8 +174,7 @@ void Pipeline::seeElement(GstBin*, GstBin*, GstElement* element, gpointer pipeli
   auto& self = *static_cast<Pipeline*>(pipeline);
   GstElementFactory* factory = gst_element_get_factory(element);
   if (!factory) return;
-  if (g_str_equal(GST_OBJECT_NAME(factory), programStreamParser)) self.hasClock_ = self.seeksRoughly_ = true;
-  if (g_str_equal(GST_OBJECT_NAME(factory), transportStreamParser)) self.hasClock_ = true;
+  self.clock_.meet(GST_OBJECT_NAME(factory));
   if (self.setup_.tellElement) self.setup_.tellElement(GST_OBJECT_NAME(factory));
 }
 
@@ -202,8 +186,8 @@ bool Pipeline::seek(double position, Precision precision, Round round) {
 }
 
 bool Pipeline::moveTo(double position, Precision precision, Round round) {
-  if (!seeksRoughly_ || precision == Precision::KeyFrame) return jumpTo(position, 0.0, precision, round);
-  for (const double runUp : runUps) {
+  if (!clock_.isRough() || precision == Precision::KeyFrame) return jumpTo(position, 0.0, precision, round);
+  for (const double runUp : ContainerClock::runUps()) {
     if (!jumpTo(position, runUp, precision, round)) return false;
     if (!beginsTooLate()) break;
   }
@@ -216,11 +200,11 @@ bool Pipeline::jumpTo(double position, double runUp, Precision precision, Round 
   const Round preview = previewRound_;
   expectStill(position, isNear);
   standsAt_ = position;
-  beginsAt_ = mediaTime(position);
+  clock_.beginAt(clock_.timeAt(position));
   const auto flags = static_cast<GstSeekFlags>(
       GST_SEEK_FLAG_FLUSH | (isNear ? GST_SEEK_FLAG_KEY_UNIT | GST_SEEK_FLAG_SNAP_BEFORE : GST_SEEK_FLAG_ACCURATE));
   const Instant target =
-      static_cast<Instant>(mediaTime(position)) + (isNear ? longestSoundPacket : -nanoseconds(runUp));
+      static_cast<Instant>(clock_.timeAt(position)) + (isNear ? longestSoundPacket : -nanoseconds(runUp));
   if (!gst_element_seek_simple(pipeline_.get(), GST_FORMAT_TIME, flags, std::max<Instant>(0, target))) {
     fail(Trouble::Where::Media, "the file cannot be sought in");
     return false;
@@ -230,21 +214,16 @@ bool Pipeline::jumpTo(double position, double runUp, Precision precision, Round 
 
 void Pipeline::expectStill(double position, bool isNear) {
   if (isNear) {
-    setup_.branch->expectStillNear(static_cast<double>(mediaTime(position)) / GST_SECOND);
+    setup_.branch->expectStillNear(static_cast<double>(clock_.timeAt(position)) / GST_SECOND);
   } else {
     setup_.branch->expectStill(true);
   }
   setup_.branch->beginAnew();
 }
 
-GstClockTime Pipeline::mediaTime(double position) const {
-  return origin_ + static_cast<GstClockTime>(nanoseconds(position));
-}
-
 bool Pipeline::beginsTooLate() const {
   if (setup_.branch->kind() != GST_STREAM_TYPE_VIDEO || !hasData_) return false;
-  const GstClockTime since = dataSince_;
-  return GST_CLOCK_TIME_IS_VALID(since) && since > beginsAt_ + mostLateStart;
+  return clock_.isTooLate(dataSince_);
 }
 
 /// Where a track ends, only trying tells for all kinds of files.
@@ -272,9 +251,9 @@ bool Pipeline::moveToLast(double position, Round round) {
 void Pipeline::run(double position, Instant instant) {
   setup_.branch->expectStill(false);
   GstElement& sink = setup_.branch->sink();
-  const GstClockTimeDiff base = instant - runningTimeAt(mediaTime(position), sink);
+  const GstClockTimeDiff base = instant - runningTimeAt(clock_.timeAt(position), sink);
   gst_element_set_base_time(pipeline_.get(), static_cast<GstClockTime>(base));
-  if (!waitsByItself(sink)) waitUntil(base + runningTimeAt(mediaTime(standsAt_), sink));
+  if (!waitsByItself(sink)) waitUntil(base + runningTimeAt(clock_.timeAt(standsAt_), sink));
   gst_element_set_state(pipeline_.get(), GST_STATE_PLAYING);
 }
 
@@ -472,24 +451,8 @@ GstPadProbeReturn Pipeline::dropUntilAttached(GstPad*, GstPadProbeInfo* info, gp
   return GST_PAD_PROBE_OK;
 }
 
-/// The first segment tells what the container's clock showed at the beginning. Those after a rough seek begin ahead
-/// of the place.
-GstPadProbeReturn Pipeline::seeSegment(GstPad*, GstPadProbeInfo* info, gpointer pipeline) {
-  auto& self = *static_cast<Pipeline*>(pipeline);
-  GstEvent* event = GST_PAD_PROBE_INFO_EVENT(info);
-  if (GST_EVENT_TYPE(event) != GST_EVENT_SEGMENT) return GST_PAD_PROBE_OK;
-  if (const GstClockTime begin = self.beginsAt_; GST_CLOCK_TIME_IS_VALID(begin)) {
-    if (self.seeksRoughly_) info->data = beginningAt(begin, event);
-  } else {
-    const GstSegment* first = nullptr;
-    gst_event_parse_segment(event, &first);
-    if (first->format == GST_FORMAT_TIME) self.origin_ = first->time;
-  }
-  return GST_PAD_PROBE_OK;
-}
-
 void Pipeline::attach(GstPad& pad, const GstCaps& caps) {
-  if (hasClock_) gst_pad_add_probe(&pad, GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM, seeSegment, this, nullptr);
+  clock_.follow(pad);
   const Pad from = readAhead(pad);
   if (isRaw(caps)) {
     const Pad entry(gst_element_get_static_pad(&setup_.branch->entry(), "sink"));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hosts/gstreamer/Branch.h"
+#include "hosts/gstreamer/ContainerClock.h"
 #include "hosts/gstreamer/Decoders.h"
 #include "hosts/gstreamer/Instant.h"
 
@@ -106,7 +107,6 @@ class Pipeline {
   bool moveTo(double position, Precision precision, Round round);
   bool jumpTo(double position, double runUp, Precision precision, Round round);
   void expectStill(double position, bool isNear);
-  GstClockTime mediaTime(double position) const;
   bool beginsTooLate() const;
   bool moveToLast(double position, Round round);
   void fail(Trouble trouble);
@@ -131,7 +131,6 @@ class Pipeline {
   void failToAttach(const GstCaps& caps, bool hasDecoder);
   bool canPlay(const GstCaps& caps) const;
   void passOver(const GstCaps& caps);
-  static GstPadProbeReturn seeSegment(GstPad* pad, GstPadProbeInfo* info, gpointer pipeline);
   void watchData();
   void watchDecoder(GstElement& decoder);
   static GstPadProbeReturn seeDecoderTake(GstPad* pad, GstPadProbeInfo* info, gpointer pipeline);
@@ -152,14 +151,7 @@ class Pipeline {
   std::atomic<bool> hasData_ = false;
   /// Of the first data since the pipeline was opened, or sought.
   std::atomic<GstClockTime> dataSince_ = GST_CLOCK_TIME_NONE;
-  /// Whether the container has a clock of its own, which was running already when the film began, and what it showed
-  /// then.
-  std::atomic<bool> hasClock_ = false;
-  std::atomic<GstClockTime> origin_ = 0;
-  /// Whether the parser lands somewhere near the place that it is to seek, and not at a key frame.
-  std::atomic<bool> seeksRoughly_ = false;
-  /// Where what comes after a seek is to begin.
-  std::atomic<GstClockTime> beginsAt_ = GST_CLOCK_TIME_NONE;
+  ContainerClock clock_;
   std::atomic<bool> isEmpty_ = false;
   std::atomic<bool> isAtEnd_ = false;  ///< the end of the stream has been decoded
   std::atomic<bool> usesHardware_ = false;
