@@ -5,6 +5,7 @@ import time
 
 import films
 from floors import seeking_floor
+from ground import GREY
 from listening import Listener
 from ours import TITLES
 from processes import until
@@ -16,7 +17,7 @@ from watching import BOXES, Jumps, Looks, number_reader, picture_in, wait_for_pi
 
 PATIENCE = 30.0  # seconds
 TIMES_IN_A_ROUND = 3
-GREY_LEVEL = 0x80
+GREY_LEVEL = GREY & 0xFF  # the brightness of the bare screen
 OUT_OF_THE_WAY = (1200, 880)  # for the pointer: no window is there
 
 
