@@ -4,20 +4,21 @@ import statistics
 import time
 
 import films
-from contestants import BOXES, TITLES, Mpv, picture_in, seeking_floor
+from floors import seeking_floor
+from ground import GREY
 from listening import Listener
+from ours import TITLES
 from processes import until
 from program import LIBRARY_IS_OPEN
 from results import Check, Result, median_share
-from watching import Looks, number_reader, wait_for_pictures
+from rivals import Mpv
+from track import SEEK_TARGETS, Track
+from watching import BOXES, Jumps, Looks, number_reader, picture_in, wait_for_pictures
 
 PATIENCE = 30.0  # seconds
 TIMES_IN_A_ROUND = 3
-GREY_LEVEL = 0x80
+GREY_LEVEL = GREY & 0xFF  # the brightness of the bare screen
 OUT_OF_THE_WAY = (1200, 880)  # for the pointer: no window is there
-# All a good way behind the last key frame, which is at a multiple of eight seconds.
-SEEK_TARGETS = (22.0, 6.0, 14.0)
-NEARNESS = 1.5  # seconds: a slider has whole seconds and pixels only, and the film plays on
 
 
 def _times(ground):
@@ -90,30 +91,6 @@ def _each(pairs):
     return [{"picture": round(picture, 4), "sound": round(sound, 4)} for picture, sound in pairs]
 
 
-class Jumps:
-    """Waits for the picture of another place of a film."""
-
-    def __init__(self, film, target):
-        self._film = film
-        self._target = target
-
-    def _is_there(self, number):
-        return abs(number / self._film.rate - self._target) < NEARNESS
-
-    def arrival(self, looks):
-        """When the first picture of the place was seen: the one after which there is no jump any more. A picture of a
-        key frame before the place, which a player may show for a moment, is not it."""
-        until(lambda: looks.seen and self._is_there(looks.seen[-1][2]),
-              lambda: f"the picture of second {self._target}, but saw at the end {looks.seen[-3:]}", PATIENCE)
-        time.sleep(0.7)
-        seen = list(looks.seen)
-        jumps = [later for (_, _, last), later in zip(seen, seen[1:])
-                 if (later[2] - last) % self._film.numbers > self._film.rate / 2]
-        if not jumps or not self._is_there(jumps[-1][2]):
-            raise RuntimeError(f"the picture of second {self._target} did not come at once: {seen}")
-        return jumps[-1][0]
-
-
 def _slider_seeks(ground, film, paths):
     ours = ground.ours()
     found = []
@@ -131,50 +108,6 @@ def _slider_seeks(ground, film, paths):
     finally:
         ours.end()
     return found
-
-
-class Track:
-    """Where on the screen the seconds of film 1 are, to a pixel. Learnt by sliding, which moves the film to somewhere."""
-
-    _SECONDS = (8, 42)
-
-    def __init__(self, ground, ours):
-        self._ours = ours
-        begin = self.show()
-        self._y = begin[1]
-        ground.display.move(begin)
-        ground.display.press()
-        places = [self._slider.at(part, 0.5)[0] for part in (0.3, 0.7)]
-        self._known = [(x, self._value_at(ground, x)) for x in places]
-        self._known = [self._edge_before(ground, second) for second in self._SECONDS]
-        ground.display.release()
-
-    def _value_at(self, ground, x):
-        ground.display.move((x, self._y))
-        time.sleep(0.15)
-        return self._slider.value
-
-    def _edge_before(self, ground, second):
-        """Where the slider, which has whole seconds only, comes to a second."""
-        middle = self.place_of(second)[0]
-        left, right = round(middle - 24), round(middle + 24)
-        while right - left > 1:
-            half = (left + right) // 2
-            if self._value_at(ground, half) >= second:
-                right = half
-            else:
-                left = half
-        return right, second - 0.5
-
-    def show(self):
-        """Has the slider shown. Answers where its middle is."""
-        self._ours.films[0].show_controls()
-        self._slider = self._ours.program.wait_for(self._ours.films[0].position)
-        return self._slider.at(0.5, 0.5)
-
-    def place_of(self, seconds):
-        (left, earlier), (right, later) = self._known
-        return left + (right - left) * (seconds - earlier) / (later - earlier), self._y
 
 
 def _mpv_seeks(ground, film, paths):

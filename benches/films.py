@@ -7,6 +7,7 @@ two), one of their parity, a white one and a black one. The row lies where no pl
 """
 
 import os
+import shutil
 import subprocess
 import tempfile
 
@@ -178,3 +179,11 @@ def one_of_many(folder):
     path = os.path.join(folder, "1080p30-small.mp4")
     _once(path, lambda unfinished: _encode(unfinished, "testsrc2=size=1920x1080:rate=30", 3, ["-preset", "veryfast"]))
     return path
+
+
+def link_or_copy(path, place):
+    """The same file at another place, readable wherever that is."""
+    try:
+        os.link(path, place)
+    except OSError:
+        shutil.copyfile(path, place)

@@ -8,10 +8,10 @@ import tempfile
 import time
 
 import films
-from answering import SEEK_TARGETS, Track
-from contestants import TITLES
+from ours import TITLES
 from pinging import Pings
 from results import Check, Result
+from track import SEEK_TARGETS, Track
 from watching import wait_for_pictures
 
 AFTERMATH = 1.0  # seconds for which an operation's consequences are looked at

@@ -3,8 +3,9 @@
 import os
 
 from accounting import Meter
-from contestants import RIVALS, Ours
 from display import Display
+from ours import Ours
+from rivals import RIVALS
 from stage import Stage
 
 GREY = 0x808080  # of the bare screen, which no window is at its start

@@ -11,6 +11,7 @@ are larger than most cameras'. Decoding the one key frame is nearly all of the w
 """
 
 import argparse
+import itertools
 import os
 import resource
 import select
@@ -102,47 +103,71 @@ def children_work():
     return usage.ru_utime + usage.ru_stime
 
 
+def first_answer(indexer, path):
+    """Asks about something that is no film. Once a process has answered, it has started."""
+    indexer.send(0, path)
+    while not any(kind == ANSWER for kind, _ in indexer.receive()):
+        pass
+
+
+def started(program, cache, count):
+    """So many processes that are ready."""
+    indexers = [Indexer(program, cache) for _ in range(count)]
+    for indexer in indexers:
+        first_answer(indexer, cache)
+    return indexers
+
+
+def answers(indexers):
+    """Who gave each answer that comes, and whether the file could be read."""
+    while True:
+        for indexer in select.select(indexers, [], [])[0]:
+            for kind, is_readable in indexer.receive():
+                if kind == ANSWER:
+                    yield indexer, is_readable
+
+
+def look_into(films, indexers):
+    """Seconds for all films. Each process has a few of them waiting, so that it never waits itself."""
+    waiting = list(enumerate(films))
+
+    def feed(indexer):
+        if waiting:
+            indexer.send(*waiting.pop())
+
+    begin = time.monotonic()
+    for indexer in indexers * AHEAD:
+        feed(indexer)
+    for indexer, is_readable in itertools.islice(answers(indexers), len(films)):
+        if not is_readable:
+            raise RuntimeError("a film could not be read")
+        feed(indexer)
+    return time.monotonic() - begin
+
+
+def check_thumbnails(cache, count):
+    thumbnails = os.listdir(os.path.join(cache, "thumbnails", "large"))
+    if len(thumbnails) != count:
+        raise RuntimeError(f"{len(thumbnails)} thumbnails of {count} films")
+
+
 def index(program, films, process_count, folder):
     """Seconds for all films, without starting the processes, and the most memory that one of them held."""
     with tempfile.TemporaryDirectory(dir=folder) as cache:
-        indexers = [Indexer(program, cache) for _ in range(process_count)]
-        for indexer in indexers:  # has started once it has answered something
-            indexer.send(0, cache)
-            while not any(kind == ANSWER for kind, _ in indexer.receive()):
-                pass
-        waiting = list(enumerate(films))
-        begin = time.monotonic()
-        for indexer in indexers * AHEAD:
-            if waiting:
-                indexer.send(*waiting.pop())
-        answered = 0
-        while answered < len(films):
-            for indexer in select.select(indexers, [], [])[0]:
-                for kind, is_readable in indexer.receive():
-                    if kind != ANSWER:
-                        continue
-                    if not is_readable:
-                        raise RuntimeError("a film could not be read")
-                    answered += 1
-                    if waiting:
-                        indexer.send(*waiting.pop())
-        seconds = time.monotonic() - begin
-        memory = [indexer.peak_memory() for indexer in indexers]
+        indexers = started(program, cache, process_count)
+        seconds = look_into(films, indexers)
+        memory = max(indexer.peak_memory() for indexer in indexers)
         for indexer in indexers:
             indexer.close()
-        thumbnails = os.listdir(os.path.join(cache, "thumbnails", "large"))
-        if len(thumbnails) != len(films):
-            raise RuntimeError(f"{len(thumbnails)} thumbnails of {len(films)} films")
-    return seconds, max(memory)
+        check_thumbnails(cache, len(films))
+    return seconds, memory
 
 
 def start_seconds(program, folder):
     """From starting a process to its first answer, which is about a file that is not there."""
     begin = time.monotonic()
     indexer = Indexer(program, folder)
-    indexer.send(0, "/nowhere")
-    while not any(kind == ANSWER for kind, _ in indexer.receive()):
-        pass
+    first_answer(indexer, "/nowhere")
     seconds = time.monotonic() - begin
     indexer.close()
     return seconds

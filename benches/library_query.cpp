@@ -4,27 +4,24 @@
 // querying it takes and how much memory the answer holds, beside what the `sqlite3` program takes to print the same
 // rows of the same file. The two alternate, so that whatever else the machine does meets both.
 
+#include "benches/Measuring.h"
 #include "hosts/medialibrary/Index.h"
 #include "hosts/medialibrary/IndexSchema.h"
 #include "platform/host/MediaLibrary.h"
 #include "tests/host/probe/TemporaryFolder.h"
 
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <array>
-#include <chrono>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
-#include <functional>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
 
 namespace {
+
+using benches::median;
+using benches::secondsOf;
 
 constexpr std::uint64_t homeVideo = 8192;
 constexpr int repetitions = 7;
@@ -92,17 +89,6 @@ void fill(medialibrary::Index& index, std::size_t count) {
   index.commit();
 }
 
-double seconds(const std::function<void()>& work) {
-  const auto begin = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
-
-double median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
-
 /// The process's share of memory in MiB.
 double memory() {
   std::ifstream file("/proc/self/smaps_rollup");
@@ -113,19 +99,9 @@ double memory() {
 }
 
 void printWithShell(const std::string& path) {
-  std::string query = "SELECT path, title, duration FROM file WHERE media_type = " + std::to_string(homeVideo) +
-                      " AND " + medialibrary::listedFilesOnly + " ORDER BY sort_key, path";
-  std::string program = "sqlite3";
-  std::string database = path;
-  const std::array<char*, 4> arguments = {program.data(), database.data(), query.data(), nullptr};
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-  pid_t id = -1;
-  int status = -1;
-  const int error = posix_spawnp(&id, program.c_str(), &actions, nullptr, arguments.data(), environ);
-  posix_spawn_file_actions_destroy(&actions);
-  if (error != 0 || waitpid(id, &status, 0) != id || status != 0) throw std::runtime_error("sqlite3 does not run");
+  const std::string query = "SELECT path, title, duration FROM file WHERE media_type = " + std::to_string(homeVideo) +
+                            " AND " + medialibrary::listedFilesOnly + " ORDER BY sort_key, path";
+  benches::runUnseen({"sqlite3", path, query});
 }
 
 void printMemory(const std::string& path) {
@@ -134,11 +110,11 @@ void printMemory(const std::string& path) {
   const double before = memory();
   const auto items = reader->items(homeVideo);
   std::printf("memory of the answer           %8.1f MiB\n", memory() - before);
-  std::printf("one item of it                 %8.2f us\n", 1e6 / static_cast<double>(items->count()) * seconds([&] {
+  std::printf("one item of it                 %8.2f us\n", 1e6 / static_cast<double>(items->count()) * secondsOf([&] {
                                                              for (std::size_t i = 0; i < items->count(); ++i)
                                                                items->item(i);
                                                            }));
-  std::printf("counts                         %8.2f ms\n", 1e3 * seconds([&] { reader->counts(homeVideo); }));
+  std::printf("counts                         %8.2f ms\n", 1e3 * secondsOf([&] { reader->counts(homeVideo); }));
 }
 
 void printTimes(const std::string& path) {
@@ -147,9 +123,9 @@ void printTimes(const std::string& path) {
   std::vector<double> querying;
   std::vector<double> shell;
   for (int i = 0; i < repetitions; ++i) {
-    opening.push_back(seconds([&] { medialibrary::Index::openForReading(path)->items(homeVideo); }));
-    querying.push_back(seconds([&] { reader->items(homeVideo); }));
-    shell.push_back(seconds([&] { printWithShell(path); }));
+    opening.push_back(secondsOf([&] { medialibrary::Index::openForReading(path)->items(homeVideo); }));
+    querying.push_back(secondsOf([&] { reader->items(homeVideo); }));
+    shell.push_back(secondsOf([&] { printWithShell(path); }));
   }
   std::printf("openForReading and items       %8.2f ms\n", 1e3 * median(opening));
   std::printf("items                          %8.2f ms\n", 1e3 * median(querying));
@@ -161,16 +137,17 @@ void run(std::size_t count) {
   const TemporaryFolder folder;
   const std::string path = folder / "library.db";
   const medialibrary::Order order("it_IT");
-  const double filling = seconds([&] { fill(*medialibrary::Index::open(path, order), count); });
+  const double filling = secondsOf([&] { fill(*medialibrary::Index::open(path, order), count); });
   std::printf("%zu files, index of %.1f MiB\n", count,
               static_cast<double>(std::filesystem::file_size(path)) / 1024 / 1024);
   std::printf("filling                        %8.2f s\n", filling);
   printMemory(path);
   printTimes(path);
   std::printf("opening for writing, checked   %8.2f ms\n",
-              1e3 * seconds([&] { medialibrary::Index::open(path, order); }));
+              1e3 * secondsOf([&] { medialibrary::Index::open(path, order); }));
   const medialibrary::Order swedish("sv_SE");
-  std::printf("sorting for another language   %8.2f s\n", seconds([&] { medialibrary::Index::open(path, swedish); }));
+  std::printf("sorting for another language   %8.2f s\n",
+              secondsOf([&] { medialibrary::Index::open(path, swedish); }));
 }
 
 }  // namespace

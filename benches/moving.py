@@ -6,9 +6,9 @@ import time
 from dataclasses import dataclass
 
 import films
-from answering import Track
-from contestants import TITLES
+from ours import TITLES
 from results import Check, Result
+from track import Track
 from watching import Looks, number_reader, wait_for_pictures
 
 # Seconds of the film, out and back: the finger moves forwards and backwards, nine seconds of the film in each second.

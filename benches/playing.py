@@ -8,7 +8,7 @@ from dataclasses import dataclass
 
 import films
 from accounting import proportional_set_size
-from contestants import decoding_floor, memory_floor
+from floors import decoding_floor, memory_floor
 from listening import Listener
 from processes import until
 from results import Check, Result, better, median_share, share

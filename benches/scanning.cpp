@@ -6,24 +6,19 @@
 // seven turns, from warm caches, and their ratios.
 
 #include "benches/FilledLibrary.h"
+#include "benches/Measuring.h"
 
-#include <fcntl.h>
-#include <spawn.h>
-#include <sys/wait.h>
-
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-extern char** environ;
-
 namespace {
+
+using benches::median;
+using benches::secondsOf;
 
 constexpr int turns = 7;
 
@@ -62,26 +57,8 @@ class Files {
   std::string path_;
 };
 
-double secondsOf(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
 void find(const std::string& path) {
-  std::vector<std::string> words{"find", path, "-type", "f", "-printf", "%s %T@ %i\\n"};
-  std::vector<char*> arguments;
-  arguments.reserve(words.size() + 1);
-  for (std::string& word : words) arguments.push_back(word.data());
-  arguments.push_back(nullptr);
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-  pid_t process = 0;
-  const int error = posix_spawnp(&process, "find", &actions, nullptr, arguments.data(), environ);
-  posix_spawn_file_actions_destroy(&actions);
-  int status = 0;
-  if (error != 0 || waitpid(process, &status, 0) != process || status != 0) throw std::runtime_error("find failed");
+  benches::runUnseen({"find", path, "-type", "f", "-printf", "%s %T@ %i\\n"});
 }
 
 void scan(const std::string& path, std::size_t expected) {
@@ -89,11 +66,6 @@ void scan(const std::string& path, std::size_t expected) {
   std::size_t found = 0;
   for (medialibrary::ScannedFolder folder; scan.next(folder);) found += folder.files.size();
   if (found != expected) throw std::runtime_error("found " + std::to_string(found) + " files");
-}
-
-double median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values.at(values.size() / 2);
 }
 
 void measure(const std::filesystem::path& where, const Shape& shape) {

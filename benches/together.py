@@ -8,12 +8,13 @@ from dataclasses import dataclass, field
 import numpy
 
 import films
-from contestants import BOXES, TITLES, Mpv
 from listening import Listener
 from metronome import Metronome
+from ours import TITLES
 from processes import until
 from results import Check, Result
-from watching import Looks
+from rivals import Mpv
+from watching import BOXES, Looks
 
 MEDIAN_TARGET, WORST_TARGET = 0.020, 0.040  # seconds
 TICKS = 12  # of the metronome

@@ -11,7 +11,11 @@ import time
 from films import BLOCKS, ROW_HEIGHT, ROW_TOP, number_in
 from processes import until
 
+VIEW_WIDTH, VIEW_HEIGHT = 640, 360
+BOXES = ((0, 0, VIEW_WIDTH, VIEW_HEIGHT), (VIEW_WIDTH, 0, VIEW_WIDTH, VIEW_HEIGHT))
 PAUSE = 0.002  # seconds between two looks
+NEARNESS = 1.5  # seconds: a slider has whole seconds and pixels only, and the film plays on
+ARRIVAL_WITHIN = 30.0  # seconds
 
 
 def hurry():
@@ -62,6 +66,13 @@ class Looks:
         self.stop()
 
 
+def picture_in(box):
+    """Where a picture of 16:9 is shown in a view."""
+    left, top, width, height = box
+    scale = min(width / 16, height / 9)
+    return left + (width - 16 * scale) / 2, top + (height - 9 * scale) / 2, 16 * scale, 9 * scale
+
+
 def number_reader(screen, box):
     """A function that reads the number of the picture in the view `box` (left, top, width, height), None without one."""
     left, top, width, height = box
@@ -77,6 +88,30 @@ def wait_for_pictures(screen, boxes, deadline=60.0):
         numbers = set()
         until(lambda read=read, numbers=numbers: numbers.add(read()) or len(numbers - {None}) > 1,
               f"a moving picture at {tuple(box)}", deadline, pause=0.01)
+
+
+class Jumps:
+    """Waits for the picture of another place of a film."""
+
+    def __init__(self, film, target):
+        self._film = film
+        self._target = target
+
+    def _is_there(self, number):
+        return abs(number / self._film.rate - self._target) < NEARNESS
+
+    def arrival(self, looks):
+        """When the first picture of the place was seen: the one after which there is no jump any more. A picture of a
+        key frame before the place, which a player may show for a moment, is not it."""
+        until(lambda: looks.seen and self._is_there(looks.seen[-1][2]),
+              lambda: f"the picture of second {self._target}, but saw at the end {looks.seen[-3:]}", ARRIVAL_WITHIN)
+        time.sleep(0.7)
+        seen = list(looks.seen)
+        jumps = [later for (_, _, last), later in zip(seen, seen[1:])
+                 if (later[2] - last) % self._film.numbers > self._film.rate / 2]
+        if not jumps or not self._is_there(jumps[-1][2]):
+            raise RuntimeError(f"the picture of second {self._target} did not come at once: {seen}")
+        return jumps[-1][0]
 
 
 class Showing:

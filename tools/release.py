@@ -1,17 +1,20 @@
 """What is said in more than one place, because each reader looks in another one, is the same everywhere: the version,
-the app's name on the desktop, and the packages that the app needs.
+the app's name on the desktop, its home page, the maintainers' address, and the packages that the app needs.
 
 Usage: release.py    (in the repository root; prints what differs, fails if anything does)
 """
 
+import glob
 import json
+import os
 import re
 import sys
 import xml.etree.ElementTree as ElementTree
 
 METAINFO = "packaging/desktop/quillop.metainfo.xml.in"
-MANIFEST = "packaging/flatpak/example.quillop.Quillop.json"
 CONTROL = "packaging/debian/control"
+COPYRIGHT = "packaging/debian/copyright"
+CHANGELOG = "packaging/debian/changelog"
 
 
 def text(path):
@@ -30,14 +33,29 @@ def versions():
     newest = ElementTree.parse(METAINFO).find("releases/release")
     yield "CMakeLists.txt", found(r"^project\(quillop VERSION (\S+)", "CMakeLists.txt")
     yield METAINFO, newest.get("version")
-    yield "packaging/debian/changelog", found(r"^quillop \(([^-)]+)-", "packaging/debian/changelog")
+    yield CHANGELOG, found(r"^quillop \(([^-)]+)-", CHANGELOG)
     yield "CHANGELOG.md", found(r"^## (\S+)", "CHANGELOG.md")
 
 
 def names():
     yield "CMakeLists.txt", found(r"^set\(QUILLOP_APPLICATION_ID (\S+)\)", "CMakeLists.txt")
-    yield MANIFEST, json.loads(text(MANIFEST))["id"]
+    for manifest in glob.glob("packaging/flatpak/*.json"):
+        yield manifest, json.loads(text(manifest))["id"]
+        yield f"the name of {manifest}", os.path.basename(manifest).removesuffix(".json")
     yield "tests/journey/test_launcher.py", found(r'^NAME = "(.*)"', "tests/journey/test_launcher.py")
+
+
+def home_pages():
+    yield "CMakeLists.txt", found(r"^set\(QUILLOP_HOMEPAGE (\S+)\)", "CMakeLists.txt")
+    yield CONTROL, found(r"^Homepage: (.*)", CONTROL)
+    yield COPYRIGHT, found(r"^Source: (.*)", COPYRIGHT)
+
+
+def addresses():
+    yield "CMakeLists.txt", found(r"^set\(QUILLOP_SUPPORT_ADDRESS (\S+) ", "CMakeLists.txt")
+    yield CONTROL, found(r"^Maintainer: .*<(.*)>", CONTROL)
+    yield COPYRIGHT, found(r"^Upstream-Contact: .*<(.*)>", COPYRIGHT)
+    yield CHANGELOG, found(r"^ -- .*<(.*)>", CHANGELOG)
 
 
 def field(name):
@@ -53,7 +71,7 @@ def needed_for(use):
 
 
 def complaints():
-    for statements in (list(versions()), list(names())):
+    for statements in map(list, (versions(), names(), home_pages(), addresses())):
         if len({value for _, value in statements}) > 1:
             yield ", but ".join(f"{path} says {value}" for path, value in statements)
     run = needed_for("run")

@@ -1,4 +1,5 @@
-"""Which ring includes what: hosts/ may know platform/, the app's folders may know platform/, platform/ knows nothing.
+"""Which ring includes what: platform/ knows nothing, the app's folders may know platform/, and so may each host, which
+may know hosts/probe besides. hosts/desktop may know every host.
 
 Usage: rings.py FILE...    (paths relative to the repository root; prints what breaks a rule, fails if anything does)
 """

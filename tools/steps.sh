@@ -60,3 +60,16 @@ buildPreset() {
       quietly "build-$preset" cmake --build --preset "$preset" "${targets[@]}"
   )
 }
+
+# buildProgram: what is installed: the program, and the indexer that it starts.
+buildProgram() { buildPreset release hosts/desktop/all hosts/medialibrary/all; }
+
+# ours PATTERN...: the files of ours that match, whether committed yet or not. To be called in the root.
+ours() {
+  git -c core.quotePath=off ls-files --cached --others --exclude-standard -- "$@" | sort -u | while read -r file; do
+    if [ -f "$file" ]; then printf '%s\n' "$file"; fi
+  done
+}
+
+# desktopFilesAreValid ENTRY METAINFO: whether those who read them would take them.
+desktopFilesAreValid() { desktop-file-validate "$1" && appstreamcli validate --no-net "$2"; }
