@@ -13,12 +13,6 @@ namespace gstreamer {
 
 namespace {
 
-/// Targets of seeks that follow each other faster than this are those of a moving finger.
-constexpr Instant fingerPause = nanoseconds(0.3);
-/// Sound waits for so long whether the finger goes on: sound that jumps along with it would only crackle.
-constexpr Instant settling = nanoseconds(0.1);
-/// A finger that holds its slider still for so long has come to where it wants to be.
-constexpr Instant resting = nanoseconds(0.15);
 /// A pipeline that would be later than this skips ahead rather than hurry after the others. Sound cannot hurry.
 constexpr double tolerableLatenessOfPicture = 0.1;
 constexpr double tolerableLatenessOfSound = 0.005;
@@ -45,6 +39,7 @@ constexpr double lastPicture = 0.1;
 Deck::Deck(std::shared_ptr<Surroundings> surroundings, Setup setup)
     : surroundings_(std::move(surroundings)),
       setup_(std::move(setup)),
+      target_(setup_.kind == Kind::Picture),
       thread_(setup_.kind == Kind::Picture ? "film-picture" : "film-sound", surroundings_->engine) {
   if (!setup_.board) return;
   maker_ = std::make_shared<PictureMaker>(setup_.board);
@@ -62,7 +57,7 @@ bool Deck::wantsPipeline() const {
 
 bool Deck::isReady() const {
   if (!learned_) return false;
-  return !wantsPipeline() || (hasPipeline() && !busy_ && !aim_);
+  return !wantsPipeline() || (hasPipeline() && !busy_ && !target_.isSet());
 }
 
 void Deck::apply(const Order& order) {
@@ -106,19 +101,13 @@ void Deck::reorient(const Order& order) {
 void Deck::moveTo(double position) {
   const double length = setup_.timeline->length();
   const double target = std::max(0.0, length > 0.0 ? std::min(position, length) : position);
-  const Instant time = now();
-  const bool quickly = time - lastTarget_ < settling;
-  fingerMoves_ = surroundings_->isScrubbing || time - lastTarget_ < fingerPause;
-  lastTarget_ = time;
-  settlesAt_ = quickly && setup_.kind == Kind::Sound ? time + settling : 0;
-  if (surroundings_->isScrubbing) settlesAt_ = time + resting;
   atEnd_ = false;
   broken_ = false;
   leaps_.forget();
   leap_ = 0.0;
   waitsForMore_.reset();
   standStill(target);
-  aim_ = target;
+  target_.seek(target, now(), surroundings_->isScrubbing);
   // A picture that would have to be decoded from far off is not waited for any more.
   if (hasPipeline() && setup_.kind == Kind::Picture) pipeline().outdateSeeks();
 }
@@ -132,7 +121,7 @@ void Deck::standStill(double position) {
   pausePipeline();
   // What a sound device holds of the next fraction of a second is thrown away and decoded anew, so that the sound
   // goes on from the very sample at which the timeline stands.
-  if (setup_.kind == Kind::Sound) aim_ = position;
+  if (setup_.kind == Kind::Sound) target_.set(position);
 }
 
 /// The next step towards what is wanted, whenever something changed. One operation on the pipeline at a time, but it
@@ -147,7 +136,7 @@ void Deck::advance() {
     if (waitsForStart()) surroundings_->deckIsReady(*this);
   } else if (!hasPipeline()) {
     openPipeline();
-  } else if (aim_) {
+  } else if (target_.isSet()) {
     seekPipeline();
   } else if (waitsForStart()) {
     surroundings_->deckIsReady(*this);
@@ -200,7 +189,7 @@ void Deck::openPipeline() {
   setup.drained = tell(&Deck::drained);
   setup.sinkTaken = surroundings_->options.soundTaken;
   thread_.put(std::make_unique<Pipeline>(std::move(setup)));
-  aim_.reset();
+  target_.clear();
   standsAt_ = pipelineTarget((running_ ? position() + headStart : position()) + std::exchange(leap_, 0.0));
   submit([target = standsAt_, precision = precisionAt(standsAt_), round = pipeline().round()](Pipeline& pipeline) {
     return pipeline.open(target, precision, round);
@@ -228,8 +217,7 @@ void Deck::dropPipeline() {
   thread_.drop();
   pipelineRuns_ = false;
   busy_ = false;
-  aim_.reset();
-  previewed_.reset();
+  target_.clear();
 }
 
 void Deck::pausePipeline() {
@@ -238,38 +226,19 @@ void Deck::pausePipeline() {
 }
 
 void Deck::seekPipeline() {
-  if (awaitsFurtherTarget()) return later(settlesAt_, &Deck::advance);
-  standsAt_ = pipelineTarget(*aim_);
-  const auto precision = nextPrecision();
+  if (now() < target_.due()) return later(target_.due(), &Deck::advance);
+  const auto step = target_.next();
+  standsAt_ = pipelineTarget(step.position);
+  const auto precision = step.isPreview ? Precision::KeyFrame : precisionAt(standsAt_);
   submit([target = standsAt_, precision, round = pipeline().round()](Pipeline& pipeline) {
     return pipeline.seek(target, precision, round);
   });
 }
 
-/// What takes long is begun once the finger rests: it would be in vain, and in the way of what is to be shown at
-/// once.
-bool Deck::awaitsFurtherTarget() const {
-  if (now() >= settlesAt_) return false;
-  return setup_.kind == Kind::Sound || previewed_ == aim_;
-}
-
 void Deck::settle() {
-  settlesAt_ = 0;
-  if (hasPipeline() && aim_) pipeline().outdatePreviews();
+  target_.settle();
+  if (hasPipeline() && target_.isSet()) pipeline().outdatePreviews();
   advance();
-}
-
-/// Under a moving finger each target is shown by a key frame near it, which comes at once, and then by the very
-/// picture, unless the finger is somewhere else by then.
-Precision Deck::nextPrecision() {
-  if (setup_.kind == Kind::Picture && fingerMoves_ && previewed_ != aim_) {
-    previewed_ = aim_;
-    return Precision::KeyFrame;
-  }
-  previewed_.reset();
-  aim_.reset();
-  fingerMoves_ = false;
-  return precisionAt(standsAt_);
 }
 
 /// At the very end there is no picture any more; the last one is meant.
@@ -305,7 +274,7 @@ void Deck::finished(const Outcome& outcome) {
     everReady_ = true;
     failedRetries_ = 0;
     lastReason_.clear();
-    if (outcome.isEmpty && !aim_ && !dryFrom_ && endsEarly(standsAt_)) {
+    if (outcome.isEmpty && !target_.isSet() && !dryFrom_ && endsEarly(standsAt_)) {
       runDry(outcome.hasGrown);
     } else {
       advance();
@@ -422,11 +391,11 @@ void Deck::runDry(bool hasGrown) {
     later(now() + growth, &Deck::reopenForMore);
   } else if (const auto leap = endsEarly(position()) ? nextLeap() : std::nullopt) {
     if (pipelineRuns_) pausePipeline();
-    aim_ = position() + *leap;
+    target_.set(position() + *leap);
     advance();
   } else {
     dryFrom_ = position();
-    if (setup_.kind == Kind::Picture && !running_) aim_ = heldAt_;  // for the last picture
+    if (setup_.kind == Kind::Picture && !running_) target_.set(heldAt_);  // for the last picture
     surroundings_->deckRanDry(*this);
     advance();
   }
@@ -494,7 +463,7 @@ void Deck::join() {
   const bool late = position() - standsAt_ > (sound ? tolerableLatenessOfSound : tolerableLatenessOfPicture);
   if (late && catchingUp_ < mostSkips) {
     ++catchingUp_;
-    aim_ = position() + headStart;
+    target_.set(position() + headStart);
     advance();
   } else {
     runPipeline();
@@ -547,7 +516,7 @@ void Deck::lags(double lag) {
 
 void Deck::skipStall() {
   pausePipeline();
-  aim_ = position() + headStart;
+  target_.set(position() + headStart);
   advance();
 }
 

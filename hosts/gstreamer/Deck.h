@@ -7,6 +7,7 @@
 #include "hosts/gstreamer/PictureMaker.h"
 #include "hosts/gstreamer/PipelineThread.h"
 #include "hosts/gstreamer/SoundPace.h"
+#include "hosts/gstreamer/Target.h"
 #include "hosts/gstreamer/Timeline.h"
 #include "platform/host/MainLoop.h"
 #include "platform/host/MediaEngine.h"
@@ -131,8 +132,6 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   void dropPipeline();
   void pausePipeline();
   void seekPipeline();
-  bool awaitsFurtherTarget() const;
-  Precision nextPrecision();
   void submit(Work work);
   void finished(const Outcome& outcome);
   void inspect();
@@ -208,13 +207,8 @@ class Deck final : public std::enable_shared_from_this<Deck> {
   /// Seconds that the next pipeline leaves out.
   double leap_ = 0.0;
   /// Where the pipeline has to be brought before it is ready.
-  std::optional<double> aim_;
-  std::optional<double> previewed_;
+  Target target_;
   double standsAt_ = 0.0;
-  Instant lastTarget_ = 0;
-  /// The targets are those of a moving finger.
-  bool fingerMoves_ = false;
-  Instant settlesAt_ = 0;
   int catchingUp_ = 0;
   std::uint64_t watch_ = 0;  ///< changes when the pipeline starts and runs dry
   SoundPace pace_;
