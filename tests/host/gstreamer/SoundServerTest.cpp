@@ -73,12 +73,13 @@ class SoundServers : public testing::Test {
     stage_.engine().commit();
   }
 
-  /// Both ears hear their film at the place where it is. (The capture itself is late by some of a second.)
+  /// Both ears hear their film at the place where it is. (The capture itself is late by some of a second, and on a
+  /// busy machine one device may start later than the other, which its own picture follows.)
   bool areHeard(const Listener& listener) {
     return stage_.until([&] {
       const auto level = listener.newest();
       return isHeard(level[0]) && isHeard(level[1]) && apart(timeIn(level[0]), films_[0].picture->position()) < 0.4 &&
-             apart(timeIn(level[0]), timeIn(level[1])) < 0.03;
+             apart(timeIn(level[0]), timeIn(level[1])) < 0.1;
     });
   }
 
