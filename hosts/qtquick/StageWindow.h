@@ -14,12 +14,14 @@ class StageWindow final : public QQuickWindow {
  public:
   explicit StageWindow(WindowEvents events);
 
-  void toggleFullScreen();
+  /// Whether there is a window manager, and so anything but full screen.
+  static bool hasManager();
+
+  /// False, and nothing happens, where there is no window manager.
+  bool toggleFullScreen();
   /// The reason to give for moving the focus where nobody asked for it: the keyboard's where a key was the last thing
   /// that was used, so that the focus is shown.
   Qt::FocusReason focusReason() const { return isLedByKeys_ ? Qt::TabFocusReason : Qt::OtherFocusReason; }
-  /// Whether the window can be seen as far as the window manager tells.
-  bool isInSight() const;
 
  signals:
   /// Escape or Back was pressed. Whoever does something with it sets `handled`.
