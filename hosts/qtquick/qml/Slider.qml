@@ -96,10 +96,7 @@ T.Slider {
 
     WheelHandler {
         acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
-        onWheel: event => {
-            const notches = (event.angleDelta.y !== 0 ? event.angleDelta.y : event.angleDelta.x) / 120
-            slider.node.adjust(slider.node.value + notches * slider.node.pageStep / 2)
-        }
+        onWheel: event => slider.node.turnWheel(event.angleDelta.y / 120)
     }
 
     background: Item {
