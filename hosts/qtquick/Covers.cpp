@@ -11,7 +11,7 @@ Covers::Covers(QQuickItem& stage, std::function<Qt::FocusReason()> focusReason, 
 
 void Covers::add(QQuickItem& item, std::function<void()> escape) {
   item.setParentItem(&stage_);
-  item.setZ(lowestCoverLevel + static_cast<double>(covers_.size()));
+  item.setZ(covers_.empty() ? lowestCoverLevel : covers_.back().item->z() + 1);
   const auto fit = [this, &item] { item.setSize(stage_.size()); };
   fit();
   connect(&stage_, &QQuickItem::widthChanged, &item, fit);
