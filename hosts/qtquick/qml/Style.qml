@@ -21,6 +21,9 @@ QtObject {
     readonly property color accent: "#3DA9FC"
     readonly property color accentText: "#0B0E10"
 
+    // Of the focus where everything has a white edge.
+    readonly property color focus: "#FFE14D"
+
     readonly property color background: "#0B0E10"
     readonly property color bar: contrast.high ? "#000000" : "#1B2124"
     readonly property color page: contrast.high ? "#000000" : "#161B1E"

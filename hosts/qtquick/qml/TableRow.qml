@@ -11,6 +11,8 @@ T.ItemDelegate {
     readonly property bool hasRoomForPicture: width >= 240
     property var content: table.node.content(index)
 
+    // Another row of the list may be shown by the same item, and the content of a row may change.
+    onIndexChanged: refresh()
     function refresh() { content = table.node.content(index) }
 
     width: table.width
