@@ -155,7 +155,7 @@ class Surroundings final {
                                  desktop::systemConfigurationFolders(),
                                  QFile::decodeName(medialibrary::videosFolder().c_str())};
   desktop::Layers layers_{screen_};
-  desktop::AccessPrompt prompt_{layers_};
+  desktop::AccessPrompt prompt_{layers_, access_};
   desktop::LibraryWait wait_{layers_};
   desktop::GuardedLibrary library_{eventLoop_, access_, [this](auto answered) { prompt_.ask(std::move(answered)); },
                                    [this](auto& itself, auto answered) { wait_.begin(itself, std::move(answered)); },
