@@ -93,7 +93,7 @@ void SettingsPage::allow(bool allows) {
   access_.setAnswer(allows ? LibraryAccess::Answer::Authorised : LibraryAccess::Answer::Denied);
 }
 
-bool SettingsPage::leavesFolderQuestion() const {
+bool SettingsPage::askElsewhere() const {
   if (askForFolder_) askForFolder_();
   return askForFolder_ != nullptr;
 }

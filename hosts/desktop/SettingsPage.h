@@ -66,8 +66,8 @@ class SettingsPage final : public QObject {
 
   // For the layer.
   Q_INVOKABLE void allow(bool allows);
-  /// Whether somebody else asks, who does so now.
-  Q_INVOKABLE bool leavesFolderQuestion() const;
+  /// Has somebody else ask for a folder. False where there is nobody.
+  Q_INVOKABLE bool askElsewhere() const;
   Q_INVOKABLE void addChosenFolder();
   /// `place` in `addedFolders()`.
   Q_INVOKABLE void removeFolder(int place);

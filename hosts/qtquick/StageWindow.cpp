@@ -59,8 +59,10 @@ void StageWindow::endHover() {
 }
 
 void StageWindow::noteInput(const QEvent& event) {
+  const bool wasLedByKeys = isLedByKeys_;
   if (event.type() == QEvent::KeyPress) isLedByKeys_ = true;
   if (event.type() == QEvent::MouseButtonPress || event.type() == QEvent::TouchBegin) isLedByKeys_ = false;
+  if (isLedByKeys_ != wasLedByKeys) emit focusReasonChanged();
 }
 
 void StageWindow::keyPressEvent(QKeyEvent* event) {

@@ -10,6 +10,7 @@ namespace qtquick {
 /// The window itself: its size, full screen, closing and minimising, and the keys that no control wanted.
 class StageWindow final : public QQuickWindow {
   Q_OBJECT
+  Q_PROPERTY(int focusReason READ focusReason NOTIFY focusReasonChanged)
 
  public:
   explicit StageWindow(WindowEvents events);
@@ -24,6 +25,7 @@ class StageWindow final : public QQuickWindow {
   Qt::FocusReason focusReason() const { return isLedByKeys_ ? Qt::TabFocusReason : Qt::OtherFocusReason; }
 
  signals:
+  void focusReasonChanged();
   /// Escape or Back was pressed. Whoever does something with it sets `handled`.
   void escapePressed(bool& handled);
   void pressedTwice(QPointF point);

@@ -13,7 +13,7 @@ T.AbstractButton {
     property bool isFirst: false
 
     width: parent.width
-    height: visible ? Math.max(7 * Style.space, texts.height + 3 * Style.space) : 0
+    height: Math.max(7 * Style.space, texts.height + 3 * Style.space)
     hoverEnabled: true
     activeFocusOnTab: true
 

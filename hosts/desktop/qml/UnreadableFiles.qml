@@ -22,6 +22,7 @@ FocusScope {
         id: list
 
         property real kept: 0
+        readonly property bool showsFocus: activeFocus && Window.window.focusReason === Qt.TabFocusReason
 
         anchors { left: parent.left; right: parent.right; top: head.bottom; bottom: parent.bottom }
         model: page.files
@@ -119,7 +120,7 @@ FocusScope {
                 color: Style.hairline
             }
             FocusRing {
-                visible: list.activeFocus && row.ListView.isCurrentItem
+                visible: list.showsFocus && row.ListView.isCurrentItem
                 inset: 4
                 radius: Style.smallCorner
             }
