@@ -2,6 +2,7 @@
 
 #include "hosts/qtquick/Mirror.h"
 #include "hosts/qtquick/Pictures.h"
+#include "hosts/qtquick/TimeText.h"
 #include "platform/foundation/RunLoop.h"
 
 #include <algorithm>
