@@ -51,7 +51,7 @@ bool IndexingBar::isLong() const {
 }
 
 double IndexingBar::fraction() const {
-  return progress_.total == 0 ? 0.0 : static_cast<double>(progress_.done) / static_cast<double>(progress_.total);
+  return fractionOf(progress_);
 }
 
 QString IndexingBar::text() const {

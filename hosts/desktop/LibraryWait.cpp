@@ -69,11 +69,11 @@ void LibraryWait::end(bool isReady) {
 }
 
 double LibraryWait::fraction() const {
-  return progress_.total == 0 ? 0.0 : static_cast<double>(progress_.done) / static_cast<double>(progress_.total);
+  return fractionOf(progress_);
 }
 
 QString LibraryWait::count() const {
-  return progress_.total == 0 ? QStringLiteral("Searching your folders") : countText(progress_);
+  return countText(progress_);
 }
 
 QString LibraryWait::remaining() const {

@@ -66,11 +66,11 @@ bool SettingsPage::isWorking() const {
 }
 
 double SettingsPage::fraction() const {
-  return progress_.total == 0 ? 0.0 : static_cast<double>(progress_.done) / static_cast<double>(progress_.total);
+  return fractionOf(progress_);
 }
 
 QString SettingsPage::progress() const {
-  return progress_.total == 0 ? QStringLiteral("Searching your folders") : progressText(progress_);
+  return progressText(progress_);
 }
 
 QString SettingsPage::unreadable() const {
