@@ -197,7 +197,7 @@ class Surroundings::RunningApp final {
     return shared;
   }
 
-  desktop::MediaPlayers::Setting panel() {
+  desktop::MediaPlayers::Setting mediaPlayersSetting() {
     return {.bus = desktop::DesktopBus::usualAddresses().session,
             .raise = [this] { around_.comeForward(); },
             .quit = end,
@@ -218,7 +218,7 @@ class Surroundings::RunningApp final {
   Surroundings& around_;
   Strong<UIApplication> shared_;
   desktop::Films films_{shared_->keyWindow()->rootViewController()->films()};
-  desktop::MediaPlayers mediaPlayers_{films_, panel()};
+  desktop::MediaPlayers mediaPlayers_{films_, mediaPlayersSetting()};
   desktop::MediaKeys mediaKeys_{around_.window(), films_};
   desktop::SoundOutputRule soundOutput_;
   desktop::SoundOutputWatch soundOutputWatch_{[this](auto output, auto passing) {
