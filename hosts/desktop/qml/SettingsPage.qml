@@ -89,7 +89,7 @@ Veil {
             active: settings.isListing
             sourceComponent: UnreadableFiles {
                 files: settings.node.unreadableFiles
-                count: settings.node.unreadable
+                heading: settings.node.unreadable
                 unlisted: settings.node.unlisted
                 focus: true
                 onLeaving: settings.leave()

@@ -6,7 +6,7 @@ FocusScope {
     id: page
 
     required property QtObject files
-    required property string count
+    required property string heading
     required property string unlisted
     signal leaving()
 
@@ -34,7 +34,7 @@ FocusScope {
         highlightMoveDuration: 0
 
         Accessible.role: Accessible.List
-        Accessible.name: page.count
+        Accessible.name: page.heading
         Accessible.ignored: !enabled
 
         function turn(pages) {
@@ -129,12 +129,12 @@ FocusScope {
         header: Text {
             width: ListView.view.width
             height: visible ? implicitHeight : 0
-            visible: page.count !== ""
+            visible: page.heading !== ""
             topPadding: 2 * Style.space
             bottomPadding: Style.space
             leftPadding: Style.sideMargin
             rightPadding: Style.sideMargin
-            text: page.count
+            text: page.heading
             textFormat: Text.PlainText
             wrapMode: Text.Wrap
             color: Style.secondaryText

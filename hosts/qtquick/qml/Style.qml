@@ -53,7 +53,6 @@ QtObject {
     readonly property int controlCorner: 12
     readonly property int smallCorner: 8
 
-    // Milliseconds.
-    readonly property int quickly: 100
+    // How long, in milliseconds, something takes to come into sight.
     readonly property int smoothly: 180
 }

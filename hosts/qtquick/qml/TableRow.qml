@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Templates as T
-import QtQuick.Window
 
 // One row: a picture, a title, a detail under it.
 T.ItemDelegate {
@@ -92,7 +91,7 @@ T.ItemDelegate {
                 sourceSize: Qt.size(28, 28)
             }
         }
-        Image {
+        SharpImage {
             id: artwork
 
             // The answer that there is none arrives as a picture of no size.
@@ -102,8 +101,6 @@ T.ItemDelegate {
             visible: row.hasRoomForPicture
             asynchronous: true
             source: row.content.picture
-            sourceSize: Qt.size(Math.round(width * Screen.devicePixelRatio),
-                                Math.round(height * Screen.devicePixelRatio))
             fillMode: Image.PreserveAspectCrop
         }
         Column {
