@@ -17,15 +17,15 @@ class Layer final {
   /// `layers` outlives the layer.
   explicit Layer(Layers& layers) : layers_(layers) {}
 
-  /// Shows the component `name` over the app, or over its main screen only, as `Layers` has it. In the place of what is
-  /// shown already.
+  /// Shows the component `name` over the app, or over its main screen only, as `Layers` has it. In the place of what
+  /// is shown already.
   void cover(const QString& name, QObject& node, std::function<void()> escape);
   void decorate(const QString& name, QObject& node);
   bool isShown() const { return item_ != nullptr; }
 
   void end() { item_ = nullptr; }
-  /// Ends what is shown and calls `then`, once the event that led here is dealt with: it may be one of the layer's own.
-  /// Neither happens where what is shown has gone by then: of two presses the first one counts.
+  /// Ends what is shown and calls `then`, once the event that led here is dealt with: it may be one of the layer's
+  /// own. Neither happens where what is shown has gone by then: of two presses the first one counts.
   void endLater(std::function<void()> then = {});
 
  private:

@@ -14,7 +14,8 @@
 
 namespace desktop {
 
-/// The screen's window as one of the desktop's: shown where it was last, brought forward, and with a menu. Main thread.
+/// The screen's window as one of the desktop's: shown where it was last, brought forward, and with a menu. Main
+/// thread.
 class MainWindow final : public QObject {
   Q_OBJECT
 

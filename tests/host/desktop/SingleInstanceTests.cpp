@@ -68,9 +68,8 @@ void leaveLock(const QString& folder, const std::function<QByteArray(QByteArray)
 
 TEST(SingleInstance, PlaceIsFreeAgainWhereTheKilledFirstHadTheSameNumber) {
   const QTemporaryDir folder;
-  leaveLock(folder.path(), [](const QByteArray& text) {
-    return QByteArray::number(getpid()) + text.mid(text.indexOf('\n'));
-  });
+  leaveLock(folder.path(),
+            [](const QByteArray& text) { return QByteArray::number(getpid()) + text.mid(text.indexOf('\n')); });
   EXPECT_TRUE(SingleInstance(folder.path(), [] {}).isFirst());
 }
 
