@@ -116,7 +116,7 @@ void SliderNode::adjust(double value) const {
 
 void SliderNode::turnWheel(double notches) {
   const double wanted = restOfWheel_ + notches * pageStep() / 2;
-  const double distance = step() > 0 ? std::trunc(wanted / step()) * step() : wanted;
+  const double distance = step() > 0 ? std::round(wanted / step()) * step() : wanted;
   restOfWheel_ = wanted - distance;
   if (distance != 0) adjust(value() + distance);
 }
