@@ -1,12 +1,11 @@
 #pragma once
 
-#include "hosts/desktop/GuardedLibrary.h"
-#include "hosts/desktop/Layers.h"
+#include "hosts/desktop/Layer.h"
+#include "hosts/desktop/LibraryAccess.h"
 
 #include <QObject>
-#include <QQuickItem>
 
-#include <memory>
+#include <functional>
 #include <optional>
 
 namespace desktop {
@@ -19,24 +18,24 @@ class AccessPrompt final : public QObject {
   using Answer = LibraryAccess::Answer;
   using Answered = std::function<void(std::optional<Answer>)>;
 
-  explicit AccessPrompt(Layers& layers) : layers_(layers) {}
+  /// Both outlive the prompt.
+  AccessPrompt(Layers& layers, LibraryAccess& access);
 
   /// Shows the question over everything else and calls `answered` once it has left the screen; never when the prompt
-  /// is destroyed before. Does nothing while it is shown already.
+  /// is destroyed before. Does nothing while it is shown already. It goes unanswered where the user gives the answer
+  /// elsewhere.
   void ask(Answered answered);
-  bool isShown() const { return layer_ != nullptr; }
+  bool isShown() const { return layer_.isShown(); }
 
-  // For the layer. They take effect once the event that led here is dealt with, since they end the layer.
-  Q_INVOKABLE void allow() { closeLater(Answer::Authorised); }
-  Q_INVOKABLE void deny() { closeLater(Answer::Denied); }
+  // For the layer, which they end.
+  Q_INVOKABLE void allow() { close(Answer::Authorised); }
+  Q_INVOKABLE void deny() { close(Answer::Denied); }
 
  private:
-  void closeLater(std::optional<Answer> answer);
   void close(std::optional<Answer> answer);
 
-  Layers& layers_;
   Answered answered_;
-  std::unique_ptr<QQuickItem> layer_;
+  Layer layer_;
 };
 
 }  // namespace desktop

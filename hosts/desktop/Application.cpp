@@ -18,6 +18,7 @@
 #include "hosts/desktop/LibraryWait.h"
 #include "hosts/desktop/MailPortal.h"
 #include "hosts/desktop/MailPrograms.h"
+#include "hosts/desktop/MainWindow.h"
 #include "hosts/desktop/MediaKeys.h"
 #include "hosts/desktop/MediaPlayers.h"
 #include "hosts/desktop/MemoryReturn.h"
@@ -32,7 +33,6 @@
 #include "hosts/desktop/TerminationSignals.h"
 #include "hosts/desktop/UserPresence.h"
 #include "hosts/desktop/WindowMenu.h"
-#include "hosts/desktop/WindowPlace.h"
 #include "hosts/gstreamer/Engine.h"
 #include "hosts/medialibrary/Artwork.h"
 #include "hosts/medialibrary/ArtworkMaker.h"
@@ -46,13 +46,11 @@
 #include <QFile>
 #include <QFontMetricsF>
 #include <QGuiApplication>
-#include <QIcon>
 #include <QImage>
 #include <QQuickWindow>
 #include <QShortcut>
 #include <QThreadPool>
 
-#include <cstdio>
 #include <memory>
 
 namespace {
@@ -92,14 +90,6 @@ void lookForFonts() {
   QThreadPool::globalInstance()->start([] { QFontMetricsF(QFont()).horizontalAdvance(QLatin1Char('Q')); });
 }
 
-/// Drawn in many sizes, and not needed for the first screen.
-void setIconAfterFirstFrame(const QQuickWindow& window) {
-  QObject::connect(
-      &window, &QQuickWindow::frameSwapped, qGuiApp,
-      [] { QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/images/quillop.svg"))); },
-      static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
-}
-
 void inTurn(const std::function<void()>& block) {
   const RunLoop::Turn turn(RunLoop::main());
   block();
@@ -109,47 +99,6 @@ void inTurn(const std::function<void()>& block) {
 void end() {
   QCoreApplication::exit();
 }
-
-/// The screen's window, shown where it was last.
-class MainWindow final {
- public:
-  explicit MainWindow(qtquick::ScreenHost& screen) : screen_(screen) {
-    const auto remembered = place_.remembered();
-    if (remembered) window().setGeometry(remembered->geometry);
-    if (remembered && remembered->fullScreen) window().setWindowState(Qt::WindowFullScreen);
-    setIconAfterFirstFrame(window());
-    screen.show();
-  }
-
-  QQuickWindow& window() const { return screen_.window(); }
-
-  /// Without the token of whoever asked for it, a Wayland compositor lets no window come forward.
-  void comeForward(const QString& activationToken = {}) const {
-    if (!activationToken.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
-    if (window().visibility() == QWindow::Minimized) window().showNormal();
-    window().raise();
-    window().requestActivate();
-  }
-
-  void remember() const { place_.remember({window().geometry(), window().visibility() == QWindow::FullScreen}); }
-
-  std::vector<desktop::WindowMenu::Entry> menuEntries(desktop::SettingsPage& settings) const {
-    std::vector<desktop::WindowMenu::Entry> entries{{QStringLiteral("Settings"), [&settings] { settings.open(); }}};
-    if (screen_.isResizable()) {
-      const bool isFull = window().windowStates() & Qt::WindowFullScreen;
-      const auto title = isFull ? QStringLiteral("Leave full screen") : QStringLiteral("Full screen");
-      entries.push_back({title, [this] { toggleFullScreen(); }});
-    }
-    entries.push_back({QStringLiteral("Quit"), end});
-    return entries;
-  }
-
- private:
-  void toggleFullScreen() const { window().setWindowStates(window().windowStates() ^ Qt::WindowFullScreen); }
-
-  qtquick::ScreenHost& screen_;
-  desktop::WindowPlace place_{desktop::stateFolder() + QStringLiteral("/window.ini")};
-};
 
 /// Everything around the app, in the order in which one thing needs the other.
 class Surroundings final {
@@ -201,12 +150,12 @@ class Surroundings final {
   qtquick::ScreenHost screen_{
       [this](const auto& path, int largestSide) { return imageOf(artwork_.picture(path, largestSide)); },
       windowEvents()};
-  MainWindow mainWindow_{screen_};
+  desktop::MainWindow mainWindow_{screen_, desktop::stateFolder() + QStringLiteral("/window.ini")};
   desktop::LibraryAccess access_{desktop::configurationFolder() + QStringLiteral("/library.json"),
                                  desktop::systemConfigurationFolders(),
                                  QFile::decodeName(medialibrary::videosFolder().c_str())};
   desktop::Layers layers_{screen_};
-  desktop::AccessPrompt prompt_{layers_};
+  desktop::AccessPrompt prompt_{layers_, access_};
   desktop::LibraryWait wait_{layers_};
   desktop::GuardedLibrary library_{eventLoop_, access_, [this](auto answered) { prompt_.ask(std::move(answered)); },
                                    [this](auto& itself, auto answered) { wait_.begin(itself, std::move(answered)); },
@@ -214,7 +163,7 @@ class Surroundings final {
   desktop::IndexingBar indexingBar_{layers_, library_};
   desktop::SettingsPage settings_{layers_, access_, library_};
   desktop::Notice monoNotice_{layers_, QStringLiteral("The sound output is mono: both films are heard in both ears")};
-  desktop::WindowMenu menu_{layers_, [this] { return mainWindow_.menuEntries(settings_); }};
+  desktop::WindowMenu menu_{layers_, [this] { return mainWindow_.menuEntries([this] { settings_.open(); }, end); }};
   /// The keys by which people open the settings of any app, whatever the app shows.
   QShortcut settingsKeys_{QKeySequence(Qt::CTRL | Qt::Key_Comma), &window(), [this] { settings_.open(); }};
   desktop::TerminationSignals termination_{end};
@@ -248,7 +197,7 @@ class Surroundings::RunningApp final {
     return shared;
   }
 
-  desktop::MediaPlayers::Setting panel() {
+  desktop::MediaPlayers::Setting mediaPlayersSetting() {
     return {.bus = desktop::DesktopBus::usualAddresses().session,
             .raise = [this] { around_.comeForward(); },
             .quit = end,
@@ -269,7 +218,7 @@ class Surroundings::RunningApp final {
   Surroundings& around_;
   Strong<UIApplication> shared_;
   desktop::Films films_{shared_->keyWindow()->rootViewController()->films()};
-  desktop::MediaPlayers mediaPlayers_{films_, panel()};
+  desktop::MediaPlayers mediaPlayers_{films_, mediaPlayersSetting()};
   desktop::MediaKeys mediaKeys_{around_.window(), films_};
   desktop::SoundOutputRule soundOutput_;
   desktop::SoundOutputWatch soundOutputWatch_{[this](auto output, auto passing) {

@@ -4,9 +4,9 @@
 #include "hosts/desktop/IdleInhibitor.h"
 #include "hosts/desktop/LoginSession.h"
 #include "hosts/desktop/ScreenSaverWatch.h"
+#include "hosts/qtquick/PortalSetting.h"
 
 #include <QDBusConnection>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QSet>
 
@@ -125,13 +125,9 @@ void DesktopBus::Services::screenSaverTold(const QString& service, bool isActive
 }
 
 DesktopBus::Addresses DesktopBus::usualAddresses() {
-  Addresses addresses{
-      qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS"),
-      qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS", QStringLiteral("unix:path=/run/dbus/system_bus_socket")),
-      QGuiApplication::desktopFileName()};
-  const QString userBus = qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus");
-  if (addresses.session.isEmpty() && QFileInfo::exists(userBus)) addresses.session = "unix:path=" + userBus;
-  return addresses;
+  return {qtquick::sessionBusAddress(),
+          qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS", QStringLiteral("unix:path=/run/dbus/system_bus_socket")),
+          QGuiApplication::desktopFileName()};
 }
 
 DesktopBus::DesktopBus(const Addresses& addresses, Tell tell) : tell_(std::move(tell)) {

@@ -9,7 +9,7 @@ namespace desktop {
 
 namespace {
 constexpr double millisecond = 0.001;
-constexpr double longestWait = 1000.0 * 3600;  // in seconds; the loop asks again whenever it is woken
+constexpr double longestWait = 24.0 * 3600;  // in seconds; the loop asks again whenever it is woken
 }  // namespace
 
 EventLoop::EventLoop() {

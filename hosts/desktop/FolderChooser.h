@@ -9,7 +9,6 @@ namespace desktop {
 /// A walk through the user's folders, to choose one. Hidden folders, and those that may not be read, are left out.
 class FolderChooser final : public QObject {
   Q_OBJECT
-  Q_PROPERTY(QString path READ path NOTIFY moved)
   Q_PROPERTY(QString shownPath READ shownPath NOTIFY moved)
   Q_PROPERTY(QStringList folders READ folders NOTIFY moved)
   Q_PROPERTY(bool hasParent READ hasParent NOTIFY moved)

@@ -2,8 +2,6 @@
 
 #include "hosts/desktop/ProgressText.h"
 
-#include <QMetaObject>
-
 namespace desktop {
 
 namespace {
@@ -18,7 +16,7 @@ constexpr auto judgementTime = 2s;
 
 }  // namespace
 
-IndexingBar::IndexingBar(Layers& layers, GuardedLibrary& library) : layers_(layers), library_(library) {
+IndexingBar::IndexingBar(Layers& layers, GuardedLibrary& library) : library_(library), layer_(layers) {
   judgement_.setSingleShot(true);
   judgement_.setInterval(judgementTime);
   connect(&judgement_, &QTimer::timeout, this, &IndexingBar::update);
@@ -40,9 +38,9 @@ void IndexingBar::update() {
   isTold_ = isWorking && (isTold_ || isLong());
   const bool isWanted = isTold_ && !isHidden_ && !isHeldBack_;
   if (!isWanted) {
-    layer_ = nullptr;
-  } else if (!layer_) {
-    layer_ = layers_.decorate(QStringLiteral("IndexingBar"), *this);
+    layer_.end();
+  } else if (!isShown()) {
+    layer_.decorate(QStringLiteral("IndexingBar"), *this);
   }
   emit changed();
 }
@@ -53,7 +51,7 @@ bool IndexingBar::isLong() const {
 }
 
 double IndexingBar::fraction() const {
-  return progress_.total == 0 ? 0.0 : static_cast<double>(progress_.done) / static_cast<double>(progress_.total);
+  return fractionOf(progress_);
 }
 
 QString IndexingBar::text() const {
@@ -62,7 +60,7 @@ QString IndexingBar::text() const {
 
 void IndexingBar::hide() {
   isHidden_ = true;
-  QMetaObject::invokeMethod(this, &IndexingBar::update, Qt::QueuedConnection);
+  layer_.endLater();
 }
 
 }  // namespace desktop

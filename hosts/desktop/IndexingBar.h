@@ -1,13 +1,10 @@
 #pragma once
 
 #include "hosts/desktop/GuardedLibrary.h"
-#include "hosts/desktop/Layers.h"
+#include "hosts/desktop/Layer.h"
 
 #include <QObject>
-#include <QQuickItem>
 #include <QTimer>
-
-#include <memory>
 
 namespace desktop {
 
@@ -25,7 +22,7 @@ class IndexingBar final : public QObject {
   /// Both outlive the bar.
   IndexingBar(Layers& layers, GuardedLibrary& library);
 
-  bool isShown() const { return layer_ != nullptr; }
+  bool isShown() const { return layer_.isShown(); }
   /// Nothing is shown while something else tells the same.
   void setHeldBack(bool isHeldBack);
 
@@ -34,7 +31,7 @@ class IndexingBar final : public QObject {
   double fraction() const;
   /// "120 of 4,000, about 2 minutes left"
   QString text() const;
-  /// Takes effect once the event that led here is dealt with, since it ends the layer.
+  /// Ends the layer.
   Q_INVOKABLE void hide();
 
  signals:
@@ -45,14 +42,13 @@ class IndexingBar final : public QObject {
   /// Whether the work is worth telling of.
   bool isLong() const;
 
-  Layers& layers_;
   GuardedLibrary& library_;
   medialibrary::FolderLibrary::Progress progress_;
   QTimer judgement_;  ///< runs once from the beginning of each piece of work
   bool isTold_ = false;
   bool isHidden_ = false;
   bool isHeldBack_ = false;
-  std::unique_ptr<QQuickItem> layer_;
+  Layer layer_;
 };
 
 }  // namespace desktop

@@ -10,7 +10,7 @@ Layers::Layers(qtquick::ScreenHost& screen) : screen_(screen) {
   screen_.share(*engine_.rootContext());
 }
 
-std::unique_ptr<QQuickItem> Layers::open(const QString& name, QObject& node, std::function<void()> escape) {
+std::unique_ptr<QQuickItem> Layers::cover(const QString& name, QObject& node, std::function<void()> escape) {
   auto item = make(name, node);
   screen_.cover(*item, std::move(escape));
   return item;

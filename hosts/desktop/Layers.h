@@ -19,7 +19,7 @@ class Layers final {
 
   /// Lays the component `name` of `qml/` over the app, with `node` as its property of that name, until the result is
   /// destroyed. Escape and Back call `escape`. `node` outlives the result.
-  std::unique_ptr<QQuickItem> open(const QString& name, QObject& node, std::function<void()> escape);
+  std::unique_ptr<QQuickItem> cover(const QString& name, QObject& node, std::function<void()> escape);
   /// Lays such a component over the app's main screen only, where it takes no input but for its own controls.
   std::unique_ptr<QQuickItem> decorate(const QString& name, QObject& node);
 

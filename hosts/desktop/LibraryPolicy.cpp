@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QSet>
 
 #include <cstdio>
 #include <optional>
@@ -12,9 +13,14 @@ namespace desktop {
 
 namespace {
 
+/// Once for each reason, however often it is asked.
 bool complain(const QString& path, const QString& reason) {
-  std::fprintf(stderr, "the policy %s keeps the app from the media library, because it cannot be understood: %s\n",
-               qPrintable(path), qPrintable(reason));
+  static QSet<QString> told;
+  const QString text =
+      QStringLiteral("the policy %1 keeps the app from the media library, because it cannot be understood: %2")
+          .arg(path, reason);
+  if (!told.contains(text)) std::fprintf(stderr, "%s\n", qPrintable(text));
+  told.insert(text);
   return true;
 }
 

@@ -10,7 +10,8 @@ QStringList systemConfigurationFolders();
 
 /// Whether an administrator keeps the app from the media library: the first of `folders` whose `quillop/policy.json`
 /// has a value "mediaLibrary" decides, and "restricted" restricts. A policy that cannot be read or understood
-/// restricts too, since whoever wrote one wanted a limit; that is told on standard error. Read anew at each call.
+/// restricts too, since whoever wrote one wanted a limit; that is told on standard error, once. Read
+/// anew at each call.
 bool policyRestrictsLibrary(const QStringList& folders);
 
 }  // namespace desktop

@@ -3,8 +3,6 @@
 #include "hosts/desktop/ProgressText.h"
 #include "platform/mediaplayer/MPMediaQuery.h"
 
-#include <QMetaObject>
-
 #include <utility>
 
 namespace desktop {
@@ -20,10 +18,10 @@ constexpr auto longestWaitForTheRest = 1s;
 
 }  // namespace
 
-LibraryWait::LibraryWait(Layers& layers) : layers_(layers) {
-  notice_.setSingleShot(true);
-  notice_.setInterval(noticedWait);
-  connect(&notice_, &QTimer::timeout, this, &LibraryWait::show);
+LibraryWait::LibraryWait(Layers& layers) : layer_(layers) {
+  untilNoticed_.setSingleShot(true);
+  untilNoticed_.setInterval(noticedWait);
+  connect(&untilNoticed_, &QTimer::timeout, this, &LibraryWait::show);
   patience_.setSingleShot(true);
   patience_.setInterval(longestWaitForTheRest);
   connect(&patience_, &QTimer::timeout, this, [this] { end(true); });
@@ -34,7 +32,7 @@ void LibraryWait::begin(GuardedLibrary& library, Answered answered) {
   if (library_ != nullptr) return;
   library_ = &library;
   connect(library_, &GuardedLibrary::changed, this, &LibraryWait::update);
-  notice_.start();
+  untilNoticed_.start();
   emit waitingChanged();
   update();
   if (isWaiting() && contents_.items > 0) patience_.start();
@@ -52,32 +50,30 @@ void LibraryWait::update() {
 }
 
 void LibraryWait::show() {
-  layer_ = layers_.open(QStringLiteral("LibraryWait"), *this, [this] { cancel(); });
+  layer_.cover(QStringLiteral("LibraryWait"), *this, [this] { cancel(); });
 }
 
 void LibraryWait::endLater(bool isReady) {
-  const auto endNow = [this, isReady] { end(isReady); };
-  QMetaObject::invokeMethod(this, endNow, Qt::QueuedConnection);
+  layer_.endLater([this, isReady] { end(isReady); });
 }
 
 void LibraryWait::end(bool isReady) {
-  if (!isWaiting()) return;  // two presses, of which the first one counts
   library_->disconnect(this);
   library_ = nullptr;
-  notice_.stop();
+  untilNoticed_.stop();
   patience_.stop();
-  layer_ = nullptr;
+  layer_.end();
   const auto answered = std::exchange(answered_, {});
   emit waitingChanged();
   for (const auto& each : answered) each(isReady);
 }
 
 double LibraryWait::fraction() const {
-  return progress_.total == 0 ? 0.0 : static_cast<double>(progress_.done) / static_cast<double>(progress_.total);
+  return fractionOf(progress_);
 }
 
 QString LibraryWait::count() const {
-  return progress_.total == 0 ? QStringLiteral("Searching your folders") : countText(progress_);
+  return countText(progress_);
 }
 
 QString LibraryWait::remaining() const {

@@ -1,14 +1,12 @@
 #pragma once
 
 #include "hosts/desktop/GuardedLibrary.h"
-#include "hosts/desktop/Layers.h"
+#include "hosts/desktop/Layer.h"
 
 #include <QObject>
-#include <QQuickItem>
 #include <QTimer>
 
 #include <functional>
-#include <memory>
 #include <vector>
 
 namespace desktop {
@@ -37,7 +35,7 @@ class LibraryWait final : public QObject {
   void begin(GuardedLibrary& library, Answered answered);
   /// From `begin` to the answer, also while nothing is shown yet.
   bool isWaiting() const { return !answered_.empty(); }
-  bool isShown() const { return layer_ != nullptr; }
+  bool isShown() const { return layer_.isShown(); }
 
   // For the layer.
   /// From 0 to 1.
@@ -48,7 +46,7 @@ class LibraryWait final : public QObject {
   QString remaining() const;
   /// "37 videos"; empty while there is none.
   QString found() const;
-  // They take effect once the event that led here is dealt with, since they end the layer.
+  // They end the layer.
   Q_INVOKABLE void cancel() { endLater(false); }
   Q_INVOKABLE void goOn() { endLater(true); }
 
@@ -63,14 +61,13 @@ class LibraryWait final : public QObject {
   void endLater(bool isReady);
   void end(bool isReady);
 
-  Layers& layers_;
   GuardedLibrary* library_ = nullptr;  ///< while it is waited for
   std::vector<Answered> answered_;
   medialibrary::FolderLibrary::Contents contents_;
   medialibrary::FolderLibrary::Progress progress_;
-  QTimer notice_;
+  QTimer untilNoticed_;
   QTimer patience_;
-  std::unique_ptr<QQuickItem> layer_;
+  Layer layer_;
 };
 
 }  // namespace desktop

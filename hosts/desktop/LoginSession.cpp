@@ -1,5 +1,6 @@
 #include "hosts/desktop/LoginSession.h"
 
+#include <QDBusObjectPath>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 
@@ -33,7 +34,7 @@ LoginSession::LoginSession(const QDBusConnection& systemBus) : bus_(systemBus) {
   findSession();
 }
 
-/// `answer` is left out when there is none.
+/// Where no reply comes, or an empty one, `answer` is not called.
 void LoginSession::ask(QDBusMessage question, Answer answer) {
   auto* const watcher = new QDBusPendingCallWatcher(bus_.asyncCall(question), this);
   connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, answer = std::move(answer)] {

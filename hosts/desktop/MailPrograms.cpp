@@ -14,7 +14,6 @@
 #include <optional>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include <sys/stat.h>
 #include <unistd.h>

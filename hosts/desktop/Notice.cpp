@@ -1,7 +1,5 @@
 #include "hosts/desktop/Notice.h"
 
-#include <QMetaObject>
-
 #include <utility>
 
 namespace desktop {
@@ -14,23 +12,15 @@ constexpr auto readingTime = 10s;
 
 }  // namespace
 
-Notice::Notice(Layers& layers, QString text) : layers_(layers), text_(std::move(text)) {
+Notice::Notice(Layers& layers, QString text) : text_(std::move(text)), layer_(layers) {
   end_.setSingleShot(true);
   end_.setInterval(readingTime);
-  connect(&end_, &QTimer::timeout, this, [this] { layer_ = nullptr; });
+  connect(&end_, &QTimer::timeout, this, [this] { layer_.end(); });
 }
 
 void Notice::show() {
   end_.start();
-  if (!isShown()) layer_ = layers_.decorate(QStringLiteral("Notice"), *this);
-}
-
-void Notice::hide() {
-  const auto end = [this] {
-    end_.stop();
-    layer_ = nullptr;
-  };
-  QMetaObject::invokeMethod(this, end, Qt::QueuedConnection);
+  if (!isShown()) layer_.decorate(QStringLiteral("Notice"), *this);
 }
 
 }  // namespace desktop

@@ -1,13 +1,10 @@
 #pragma once
 
-#include "hosts/desktop/Layers.h"
+#include "hosts/desktop/Layer.h"
 
 #include <QObject>
-#include <QQuickItem>
 #include <QString>
 #include <QTimer>
-
-#include <memory>
 
 namespace desktop {
 
@@ -23,18 +20,17 @@ class Notice final : public QObject {
 
   /// Shows the notice; one that is shown already stays for as long as if it came now.
   void show();
-  bool isShown() const { return layer_ != nullptr; }
+  bool isShown() const { return layer_.isShown(); }
 
   // For the layer.
   const QString& text() const { return text_; }
-  /// Takes effect once the event that led here is dealt with, since it ends the layer.
-  Q_INVOKABLE void hide();
+  /// Ends the layer.
+  Q_INVOKABLE void hide() { layer_.endLater(); }
 
  private:
-  Layers& layers_;
   QString text_;
   QTimer end_;
-  std::unique_ptr<QQuickItem> layer_;
+  Layer layer_;
 };
 
 }  // namespace desktop

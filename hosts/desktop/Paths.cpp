@@ -2,9 +2,12 @@
 
 #include <QDir>
 #include <QFile>
-#include <QStandardPaths>
+#include <QFileInfo>
+#include <QTemporaryDir>
 
 #include <unistd.h>
+
+#include <cstdio>
 
 namespace desktop {
 
@@ -24,6 +27,30 @@ QString baseFolder(const char* variable, const QString& otherwise) {
   return QDir::isAbsolutePath(named) ? named : QDir::homePath() + otherwise;
 }
 
+/// Anybody may make a folder of any name among the temporary files.
+bool isOurs(const QString& path) {
+  const QFileInfo there(path);
+  return there.isDir() && !there.isSymLink() && there.ownerId() == getuid();
+}
+
+/// A new folder of the user's own, of a name that nobody can know before.
+QString madeAnew() {
+  QTemporaryDir folder(QDir::tempPath() + QStringLiteral("/quillop-XXXXXX"));
+  folder.setAutoRemove(false);
+  return folder.path();
+}
+
+QString temporaryFolder() {
+  const QString usual = QDir::tempPath() + QStringLiteral("/quillop-%1").arg(getuid());
+  QDir().mkdir(usual);
+  if (isOurs(usual)) return made(usual);
+  static const QString other = [&] {
+    std::fprintf(stderr, "%s is somebody else's: sockets and drafts lie elsewhere\n", qPrintable(usual));
+    return madeAnew();
+  }();
+  return other;
+}
+
 }  // namespace
 
 QString configurationFolder() {
@@ -39,7 +66,7 @@ QString runtimeFolder() {
   // All of the rest is another one for each start of a sandboxed app, which would not find itself running.
   if (isSandboxed()) named += QStringLiteral("/app/") + qEnvironmentVariable("FLATPAK_ID");
   if (QDir::isAbsolutePath(named) && QDir(named).exists()) return made(named + QLatin1String(appFolder));
-  return made(QDir::tempPath() + QStringLiteral("/quillop-%1").arg(getuid()));
+  return temporaryFolder();
 }
 
 bool isSandboxed() {

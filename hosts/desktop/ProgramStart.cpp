@@ -11,9 +11,10 @@ namespace desktop {
 
 namespace {
 
-/// Those that are of this process alone.
+/// Those that are of this process alone: among them the tokens by which its own start was announced, which are used
+/// up.
 std::vector<std::string>& ownVariables() {
-  static std::vector<std::string> names;
+  static std::vector<std::string> names{"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"};
   return names;
 }
 

@@ -40,13 +40,20 @@ QString remainingText(double seconds) {
   return aboutText(std::max(1.0, std::round(left / hour)), QStringLiteral("hour"));
 }
 
+double fractionOf(const medialibrary::FolderLibrary::Progress& progress) {
+  return progress.total == 0 ? 0.0 : static_cast<double>(progress.done) / static_cast<double>(progress.total);
+}
+
 QString countText(const medialibrary::FolderLibrary::Progress& progress) {
+  if (progress.total == 0) return QStringLiteral("Searching your folders");
   return QStringLiteral("%1 of %2").arg(numberText(progress.done), numberText(progress.total));
 }
 
 QString progressText(const medialibrary::FolderLibrary::Progress& progress) {
   const QString count = countText(progress);
-  return progress.secondsLeft ? count + QStringLiteral(", ") + remainingText(*progress.secondsLeft) : count;
+  return progress.total > 0 && progress.secondsLeft
+             ? count + QStringLiteral(", ") + remainingText(*progress.secondsLeft)
+             : count;
 }
 
 }  // namespace desktop

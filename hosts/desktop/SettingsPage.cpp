@@ -4,7 +4,6 @@
 #include "platform/mediaplayer/MPMediaQuery.h"
 
 #include <QCoreApplication>
-#include <QMetaObject>
 
 namespace desktop {
 
@@ -16,7 +15,7 @@ constexpr std::size_t mostUnreadableFiles = 5000;
 }  // namespace
 
 SettingsPage::SettingsPage(Layers& layers, LibraryAccess& access, GuardedLibrary& library)
-    : layers_(layers), access_(access), library_(library) {
+    : access_(access), library_(library), layer_(layers) {
   connect(&access_, &LibraryAccess::answered, this, &SettingsPage::update);
   connect(&access_, &LibraryAccess::foldersChanged, this, &SettingsPage::update);
   connect(&library_, &GuardedLibrary::changed, this, &SettingsPage::updateContents);
@@ -25,12 +24,7 @@ SettingsPage::SettingsPage(Layers& layers, LibraryAccess& access, GuardedLibrary
 void SettingsPage::open() {
   if (isShown()) return;
   readContents();
-  layer_ = layers_.open(QStringLiteral("SettingsPage"), *this, [this] { emit escapePressed(); });
-}
-
-void SettingsPage::close() {
-  QMetaObject::invokeMethod(
-      this, [this] { layer_ = nullptr; }, Qt::QueuedConnection);
+  layer_.cover(QStringLiteral("SettingsPage"), *this, [this] { emit escapePressed(); });
 }
 
 bool SettingsPage::isAllowed() const {
@@ -72,11 +66,11 @@ bool SettingsPage::isWorking() const {
 }
 
 double SettingsPage::fraction() const {
-  return progress_.total == 0 ? 0.0 : static_cast<double>(progress_.done) / static_cast<double>(progress_.total);
+  return fractionOf(progress_);
 }
 
 QString SettingsPage::progress() const {
-  return progress_.total == 0 ? QStringLiteral("Searching your folders") : progressText(progress_);
+  return progressText(progress_);
 }
 
 QString SettingsPage::unreadable() const {
@@ -99,7 +93,7 @@ void SettingsPage::allow(bool allows) {
   access_.setAnswer(allows ? LibraryAccess::Answer::Authorised : LibraryAccess::Answer::Denied);
 }
 
-bool SettingsPage::leavesFolderQuestion() const {
+bool SettingsPage::askElsewhere() const {
   if (askForFolder_) askForFolder_();
   return askForFolder_ != nullptr;
 }

@@ -2,16 +2,15 @@
 
 #include "hosts/desktop/FolderChooser.h"
 #include "hosts/desktop/GuardedLibrary.h"
-#include "hosts/desktop/Layers.h"
+#include "hosts/desktop/Layer.h"
 #include "hosts/desktop/LibraryAccess.h"
 #include "hosts/desktop/UnreadableFiles.h"
 
 #include <QObject>
-#include <QQuickItem>
 #include <QStringList>
 
 #include <functional>
-#include <memory>
+#include <optional>
 
 namespace desktop {
 
@@ -42,7 +41,7 @@ class SettingsPage final : public QObject {
 
   /// Shows the page. Does nothing while it is shown already.
   void open();
-  bool isShown() const { return layer_ != nullptr; }
+  bool isShown() const { return layer_.isShown(); }
 
   bool isAllowed() const;
   bool isRestricted() const;
@@ -67,14 +66,14 @@ class SettingsPage final : public QObject {
 
   // For the layer.
   Q_INVOKABLE void allow(bool allows);
-  /// Whether somebody else asks, who does so now.
-  Q_INVOKABLE bool leavesFolderQuestion() const;
+  /// Has somebody else ask for a folder. False where there is nobody.
+  Q_INVOKABLE bool askElsewhere() const;
   Q_INVOKABLE void addChosenFolder();
   /// `place` in `addedFolders()`.
   Q_INVOKABLE void removeFolder(int place);
   Q_INVOKABLE void rescan() { library_.rescan(); }
-  /// Takes effect once the event that led here is dealt with, since it ends the layer.
-  Q_INVOKABLE void close();
+  /// Ends the layer.
+  Q_INVOKABLE void close() { layer_.endLater(); }
 
  signals:
   void changed();
@@ -87,7 +86,6 @@ class SettingsPage final : public QObject {
   void updateContents();
   void readContents();
 
-  Layers& layers_;
   LibraryAccess& access_;
   GuardedLibrary& library_;
   std::function<void()> askForFolder_;
@@ -95,7 +93,7 @@ class SettingsPage final : public QObject {
   std::optional<medialibrary::FolderLibrary::Contents> contents_;
   medialibrary::FolderLibrary::Progress progress_;
   UnreadableFiles unreadableFiles_;
-  std::unique_ptr<QQuickItem> layer_;
+  Layer layer_;
 };
 
 }  // namespace desktop

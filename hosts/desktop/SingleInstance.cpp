@@ -16,10 +16,16 @@ SingleInstance::SingleInstance(const QString& folder, std::function<void()> rais
   if (first_) {
     listen();
   } else if (lock_.error() == QLockFile::LockFailedError) {
-    tellTheOther();
+    if (!tellTheOther()) takeOver();
   } else {
     first_ = true;  // no lock can be had here at all: better to run twice than not to run
   }
+}
+
+void SingleInstance::takeOver() {
+  // This fails while the other one lives.
+  first_ = lock_.removeStaleLockFile() && lock_.tryLock();
+  if (first_) listen();
 }
 
 void SingleInstance::listen() {
@@ -34,10 +40,12 @@ void SingleInstance::listen() {
   server_.listen(socket_);
 }
 
-void SingleInstance::tellTheOther() const {
+bool SingleInstance::tellTheOther() const {
   QLocalSocket connection;
   connection.connectToServer(socket_);
-  if (connection.waitForConnected(patience)) connection.disconnectFromServer();
+  const bool isThere = connection.waitForConnected(patience);
+  if (isThere) connection.disconnectFromServer();
+  return isThere;
 }
 
 }  // namespace desktop

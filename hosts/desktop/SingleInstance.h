@@ -19,7 +19,11 @@ class SingleInstance final {
 
  private:
   void listen();
-  void tellTheOther() const;
+  /// False where nobody listens.
+  bool tellTheOther() const;
+  /// Takes the place of one that has died, which the lock alone does not always tell: it names a process by its
+  /// number, and in a sandbox that is the same at each start.
+  void takeOver();
 
   QString socket_;
   QLockFile lock_;

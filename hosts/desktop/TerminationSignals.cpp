@@ -21,6 +21,11 @@ void tell(int /*signal*/) {
   [[maybe_unused]] const auto written = write(eventDescriptor, &one, sizeof one);
 }
 
+/// A signal that whoever started the program has it ignore, as `nohup` does, stays ignored.
+void handle(int signal, void (*handler)(int)) {
+  if (std::signal(signal, handler) == SIG_IGN) std::signal(signal, SIG_IGN);
+}
+
 }  // namespace
 
 TerminationSignals::TerminationSignals(std::function<void()> end) {
@@ -30,11 +35,11 @@ TerminationSignals::TerminationSignals(std::function<void()> end) {
     std::uint64_t count = 0;
     if (read(eventDescriptor, &count, sizeof count) == sizeof count) end();
   });
-  for (const int signal : handled) std::signal(signal, tell);
+  for (const int signal : handled) handle(signal, tell);
 }
 
 TerminationSignals::~TerminationSignals() {
-  for (const int signal : handled) std::signal(signal, SIG_DFL);
+  for (const int signal : handled) handle(signal, SIG_DFL);
   notifier_.reset();
   close(eventDescriptor);
 }

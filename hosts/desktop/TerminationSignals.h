@@ -7,7 +7,8 @@
 
 namespace desktop {
 
-/// Turns SIGTERM, SIGINT and SIGHUP into a call on the main thread. At most one object at a time.
+/// Turns SIGTERM, SIGINT and SIGHUP, as far as they are not ignored, into a call on the main thread. At most one
+/// object at a time.
 class TerminationSignals final {
  public:
   explicit TerminationSignals(std::function<void()> end);

@@ -1,21 +1,20 @@
 #include "hosts/desktop/WindowMenu.h"
 
-#include <QMetaObject>
-
 #include <utility>
 
 namespace desktop {
 
-WindowMenu::WindowMenu(Layers& layers, Entries entries) : layers_(layers), makeEntries_(std::move(entries)) {}
+WindowMenu::WindowMenu(Layers& layers, Entries entries)
+    : makeEntries_(std::move(entries)), offer_(layers), layer_(layers) {}
 
 void WindowMenu::offer() {
-  offer_ = layers_.decorate(QStringLiteral("WindowMenuOffer"), *this);
+  offer_.decorate(QStringLiteral("WindowMenuOffer"), *this);
 }
 
 void WindowMenu::open() {
   if (isShown()) return;
   entries_ = makeEntries_();
-  layer_ = layers_.open(QStringLiteral("WindowMenu"), *this, [this] { close(); });
+  layer_.cover(QStringLiteral("WindowMenu"), *this, [this] { close(); });
 }
 
 QStringList WindowMenu::titles() const {
@@ -26,16 +25,7 @@ QStringList WindowMenu::titles() const {
 
 void WindowMenu::choose(int entry) {
   if (!isShown() || entry < 0 || static_cast<std::size_t>(entry) >= entries_.size()) return;
-  const auto take = [this, chosen = entries_[static_cast<std::size_t>(entry)].chosen] {
-    layer_ = nullptr;
-    chosen();
-  };
-  QMetaObject::invokeMethod(this, take, Qt::QueuedConnection);
-}
-
-void WindowMenu::close() {
-  QMetaObject::invokeMethod(
-      this, [this] { layer_ = nullptr; }, Qt::QueuedConnection);
+  layer_.endLater(entries_[static_cast<std::size_t>(entry)].chosen);
 }
 
 }  // namespace desktop

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "hosts/desktop/Layers.h"
+#include "hosts/desktop/Layer.h"
 
 #include <QObject>
-#include <QQuickItem>
+#include <QStringList>
 
 #include <functional>
-#include <memory>
+#include <vector>
 
 namespace desktop {
 
@@ -31,20 +31,19 @@ class WindowMenu final : public QObject {
   void offer();
   /// Shows the menu. Does nothing while it is shown already.
   Q_INVOKABLE void open();
-  bool isShown() const { return layer_ != nullptr; }
+  bool isShown() const { return layer_.isShown(); }
 
   // For the layer.
   QStringList titles() const;
-  /// These take effect once the event that led here is dealt with, since they end the layer.
+  // These end the layer.
   Q_INVOKABLE void choose(int entry);
-  Q_INVOKABLE void close();
+  Q_INVOKABLE void close() { layer_.endLater(); }
 
  private:
-  Layers& layers_;
   Entries makeEntries_;
   std::vector<Entry> entries_;
-  std::unique_ptr<QQuickItem> offer_;
-  std::unique_ptr<QQuickItem> layer_;
+  Layer offer_;
+  Layer layer_;
 };
 
 }  // namespace desktop

@@ -10,12 +10,7 @@ Covers::Covers(QQuickItem& stage, std::function<Qt::FocusReason()> focusReason, 
     : stage_(stage), focusReason_(std::move(focusReason)), changed_(std::move(changed)) {}
 
 void Covers::add(QQuickItem& item, std::function<void()> escape) {
-  item.setParentItem(&stage_);
-  item.setZ(lowestCoverLevel + static_cast<double>(covers_.size()));
-  const auto fit = [this, &item] { item.setSize(stage_.size()); };
-  fit();
-  connect(&stage_, &QQuickItem::widthChanged, &item, fit);
-  connect(&stage_, &QQuickItem::heightChanged, &item, fit);
+  fill(stage_, item, covers_.empty() ? lowestCoverLevel : covers_.back().item->z() + 1);
   connect(&item, &QObject::destroyed, this, [this](const QObject* gone) { remove(gone); });
   covers_.push_back({&item, std::move(escape)});
   if (covers_.size() == 1) changed_();

@@ -9,13 +9,8 @@
 namespace qtquick {
 
 void Decorations::add(QQuickItem& item) {
-  item.setParentItem(&stage_);
-  item.setZ(decorationLevel);
+  fill(stage_, item, decorationLevel);
   item.setEnabled(inReach_);
-  const auto fit = [this, &item] { item.setSize(stage_.size()); };
-  fit();
-  connect(&stage_, &QQuickItem::widthChanged, &item, fit);
-  connect(&stage_, &QQuickItem::heightChanged, &item, fit);
   connect(&item, &QObject::destroyed, this, [this](const QObject* gone) { std::erase(items_, gone); });
   items_.push_back(&item);
 }

@@ -12,7 +12,6 @@
 #include <QUrl>
 
 #include <algorithm>
-#include <cmath>
 
 namespace qtquick {
 
@@ -177,8 +176,8 @@ std::vector<const QQuickItem*> Mirror::itemsThatTakeTouches() const {
   return items;
 }
 
-void Mirror::unregisterNode(const UIView& view, const ViewNode& node) {
-  const auto found = nodes_.constFind(&view);
+void Mirror::unregisterNode(const UIView* view, const ViewNode& node) {
+  const auto found = nodes_.constFind(view);
   if (found != nodes_.constEnd() && *found == &node) nodes_.erase(found);
 }
 

@@ -75,8 +75,9 @@ class Mirror final {
   // For the nodes.
   QQmlComponent& component(const QString& name);
   QQmlContext* context() const;
-  void registerNode(const UIView& view, ViewNode& node) { nodes_[&view] = &node; }
-  void unregisterNode(const UIView& view, const ViewNode& node);
+  /// `view` is a name only.
+  void registerNode(const UIView* view, ViewNode& node) { nodes_[view] = &node; }
+  void unregisterNode(const UIView* view, const ViewNode& node);
   /// Those of all views that take touches themselves, in no order; not all of them can be used now.
   std::vector<const QQuickItem*> itemsThatTakeTouches() const;
   ViewNode* nodeOf(const UIView& view) const { return nodes_.value(&view, nullptr); }

@@ -4,11 +4,9 @@
 #include "platform/uikit/UIImage.h"
 
 #include <QColor>
-#include <QString>
 #include <QUrl>
 
 #include <optional>
-#include <string>
 
 namespace qtquick {
 
@@ -23,11 +21,5 @@ QUrl pictureUrl(const Strong<UIImage>& image);
 std::optional<QColor> pictureColour(const Strong<UIImage>& image);
 
 QColor colour(UIColor colour);
-
-/// Seconds as a clock shows them: "0:07", "12:05", "1:02:03". Fractions are cut off.
-QString clockText(double seconds);
-
-/// Seconds as one says them: "1 hour 2 minutes 3 seconds".
-QString spokenTime(double seconds);
 
 }  // namespace qtquick

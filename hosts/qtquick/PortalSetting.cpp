@@ -3,6 +3,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QFileInfo>
 
 namespace qtquick {
 
@@ -18,10 +19,19 @@ QVariant unwrapped(QVariant value) {
 }
 }  // namespace
 
+QString sessionBusAddress() {
+  const QString named = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+  const QString usersOwn = qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus");
+  return named.isEmpty() && QFileInfo::exists(usersOwn) ? QStringLiteral("unix:path=") + usersOwn : named;
+}
+
 QDBusConnection PortalSetting::sessionBus() {
   // Without an address the D-Bus library would start a bus of its own.
-  const bool isThere = qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS");
-  return isThere ? QDBusConnection::sessionBus() : QDBusConnection(QString());
+  const QString address = sessionBusAddress();
+  if (address.isEmpty()) return QDBusConnection(QString());
+  // The connection that Qt itself has, where that knows the address.
+  const bool isNamed = !qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS");
+  return isNamed ? QDBusConnection::sessionBus() : QDBusConnection::connectToBus(address, address);
 }
 
 PortalSetting::PortalSetting(QDBusConnection bus, QString group, QString key,

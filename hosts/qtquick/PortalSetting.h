@@ -3,10 +3,15 @@
 #include <QDBusConnection>
 #include <QDBusVariant>
 #include <QObject>
+#include <QString>
 
 #include <functional>
 
 namespace qtquick {
+
+/// Where the message bus of the session is: $DBUS_SESSION_BUS_ADDRESS, or else the bus of the user's own in
+/// $XDG_RUNTIME_DIR. Empty where there is none.
+QString sessionBusAddress();
 
 /// One setting of the desktop, as the settings portal tells it (https://flatpak.github.io/xdg-desktop-portal/,
 /// Settings). Asked for once, without waiting, and followed from then on. Silent where there is no message bus or no

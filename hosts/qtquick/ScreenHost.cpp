@@ -12,7 +12,6 @@
 #include "hosts/qtquick/TextSize.h"
 #include "platform/foundation/RunLoop.h"
 
-#include <QGuiApplication>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQuickItem>
@@ -33,11 +32,6 @@ class FrameWork final : public QQuickItem {
  private:
   std::function<void()> work_;
 };
-
-bool hasWindowManager() {
-  const QString platform = QGuiApplication::platformName();
-  return platform != QStringLiteral("eglfs") && platform != QStringLiteral("linuxfb");
-}
 
 }  // namespace
 
@@ -60,7 +54,7 @@ class ScreenHost::Implementation {
     QObject::connect(&contrast_, &Contrast::changed, &frame_, [this] { mirror_.readAgain(); });
     QObject::connect(&window_, &StageWindow::escapePressed, &frame_, [this](bool& handled) { handled = escape(); });
     QObject::connect(&window_, &StageWindow::pressedTwice, &frame_, [this](QPointF point) {
-      if (mirror_.isInBar(point) && hasWindowManager()) window_.toggleFullScreen();
+      if (mirror_.isInBar(point)) window_.toggleFullScreen();
     });
     QObject::connect(&window_, &StageWindow::pressedLong, &frame_, [this](QPointF point) {
       if (mirror_.isInBar(point) && menuRequested_) menuRequested_();
@@ -110,9 +104,7 @@ class ScreenHost::Implementation {
 
   bool escape() {
     if (covers_.escape() || mirror_.escape()) return true;
-    const bool leavesFullScreen = hasWindowManager() && (window_.windowStates() & Qt::WindowFullScreen);
-    if (leavesFullScreen) window_.toggleFullScreen();
-    return leavesFullScreen;
+    return (window_.windowStates() & Qt::WindowFullScreen) && window_.toggleFullScreen();
   }
 
   std::function<void()> menuRequested_;
@@ -139,10 +131,14 @@ QQuickWindow& ScreenHost::window() {
 
 void ScreenHost::show() {
   if (isResizable()) {
-    window().show();
+    window().setVisible(true);  // `show` would leave full screen
   } else {
     window().showFullScreen();
   }
+}
+
+void ScreenHost::toggleFullScreen() {
+  implementation_->window().toggleFullScreen();
 }
 
 void ScreenHost::attach(const Strong<UIWindow>& window) {
@@ -178,7 +174,7 @@ double ScreenHost::height() const {
 }
 
 bool ScreenHost::isResizable() const {
-  return hasWindowManager();
+  return StageWindow::hasManager();
 }
 
 bool ScreenHost::reducesMotion() const {

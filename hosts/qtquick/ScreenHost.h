@@ -59,6 +59,8 @@ class ScreenHost final : public host::Screen {
   QQuickWindow& window();
   /// Shows the window as this device does: over the whole screen where there is no window manager.
   void show();
+  /// Into full screen, or out of it. Does nothing where there is no window manager.
+  void toggleFullScreen();
   /// Lets people find titles in lists by typing.
   void setListedItems(ListedItems items);
   /// Draws `window` from now on, or nothing when there is none. The window is not kept alive.

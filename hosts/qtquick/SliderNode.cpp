@@ -2,6 +2,7 @@
 
 #include "hosts/qtquick/Mirror.h"
 #include "hosts/qtquick/Pictures.h"
+#include "hosts/qtquick/TimeText.h"
 #include "platform/foundation/RunLoop.h"
 
 #include <algorithm>
@@ -70,16 +71,17 @@ QString SliderNode::spokenValue() const {
   return QStringLiteral("%1 percent").arg(range > 0 ? std::lround((value() - minimum()) / range * 100) : 0);
 }
 
-double SliderNode::keyStep() const {
+double SliderNode::step() const {
   const auto slider = this->slider();
-  if (slider && slider->step() > 0) return slider->step();
-  return (maximum() - minimum()) / keySteps;
+  return slider ? std::max(0.0, static_cast<double>(slider->step())) : 0;
+}
+
+double SliderNode::keyStep() const {
+  return step() > 0 ? step() : (maximum() - minimum()) / keySteps;
 }
 
 double SliderNode::pageStep() const {
-  const auto slider = this->slider();
-  if (slider && slider->step() > 0) return slider->step() * stepsOfAPage;
-  return (maximum() - minimum()) / pagesWithoutStep;
+  return step() > 0 ? step() * stepsOfAPage : (maximum() - minimum()) / pagesWithoutStep;
 }
 
 void SliderNode::beginTracking() const {
@@ -110,6 +112,13 @@ void SliderNode::adjust(double value) const {
   slider->adjust(static_cast<float>(value));
   // Whatever the platform made of it (held in the range, rounded, refused) is what the item is to show.
   slider->changed();
+}
+
+void SliderNode::turnWheel(double notches) {
+  const double wanted = restOfWheel_ + notches * pageStep() / 2;
+  const double distance = step() > 0 ? std::round(wanted / step()) * step() : wanted;
+  restOfWheel_ = wanted - distance;
+  if (distance != 0) adjust(value() + distance);
 }
 
 }  // namespace qtquick

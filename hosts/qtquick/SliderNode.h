@@ -37,7 +37,7 @@ class SliderNode final : public ViewNode {
   QString spokenValue() const;
   /// How far an arrow key moves it: one step, or a twentieth of the range where it has none.
   double keyStep() const;
-  /// How far Page Up and Page Down and a notch of the wheel move it.
+  /// How far Page Up and Page Down move it; a notch of the wheel, half as far.
   double pageStep() const;
 
   /// The time of that value, as `elapsed` would have it.
@@ -46,11 +46,17 @@ class SliderNode final : public ViewNode {
   Q_INVOKABLE void track(double value) const;
   Q_INVOKABLE void endTracking() const;
   Q_INVOKABLE void adjust(double value) const;
+  /// By parts of a notch, as touchpads tell of them: where that is less than a step, it counts next time.
+  Q_INVOKABLE void turnWheel(double notches);
 
  private:
   /// The whole second that is told.
   double second() const;
+  /// What it is always moved by whole ones of; 0 where there is none.
+  double step() const;
   Strong<UISlider> slider() const { return viewAs<UISlider>(); }
+
+  double restOfWheel_ = 0;  ///< less than a step
 };
 
 }  // namespace qtquick

@@ -1,5 +1,6 @@
 #include "hosts/qtquick/StageWindow.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 
@@ -21,12 +22,14 @@ StageWindow::StageWindow(WindowEvents events) : events_(std::move(events)) {
   connect(&longPress_, &LongPress::held, this, &StageWindow::pressedLong);
 }
 
-void StageWindow::toggleFullScreen() {
-  setWindowStates(windowStates() ^ Qt::WindowFullScreen);
+bool StageWindow::hasManager() {
+  const QString platform = QGuiApplication::platformName();
+  return platform != QStringLiteral("eglfs") && platform != QStringLiteral("linuxfb");
 }
 
-bool StageWindow::isInSight() const {
-  return isVisible() && !(windowStates() & Qt::WindowMinimized);
+bool StageWindow::toggleFullScreen() {
+  if (hasManager()) setWindowStates(windowStates() ^ Qt::WindowFullScreen);
+  return hasManager();
 }
 
 void StageWindow::noteSight() {
@@ -56,8 +59,10 @@ void StageWindow::endHover() {
 }
 
 void StageWindow::noteInput(const QEvent& event) {
+  const bool wasLedByKeys = isLedByKeys_;
   if (event.type() == QEvent::KeyPress) isLedByKeys_ = true;
   if (event.type() == QEvent::MouseButtonPress || event.type() == QEvent::TouchBegin) isLedByKeys_ = false;
+  if (isLedByKeys_ != wasLedByKeys) emit focusReasonChanged();
 }
 
 void StageWindow::keyPressEvent(QKeyEvent* event) {
@@ -69,8 +74,7 @@ void StageWindow::pressUnwantedKey(QKeyEvent& event) {
   const bool isShifted = event.modifiers() == Qt::ShiftModifier;
   bool handled = false;
   if (event.key() == Qt::Key_F11) {
-    toggleFullScreen();
-    handled = true;
+    handled = toggleFullScreen();
   } else if (event.key() == Qt::Key_Escape || event.key() == Qt::Key_Back) {
     emit escapePressed(handled);
   } else if (event.key() == Qt::Key_Menu || (event.key() == Qt::Key_F10 && isShifted)) {

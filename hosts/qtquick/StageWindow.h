@@ -10,18 +10,22 @@ namespace qtquick {
 /// The window itself: its size, full screen, closing and minimising, and the keys that no control wanted.
 class StageWindow final : public QQuickWindow {
   Q_OBJECT
+  Q_PROPERTY(int focusReason READ focusReason NOTIFY focusReasonChanged)
 
  public:
   explicit StageWindow(WindowEvents events);
 
-  void toggleFullScreen();
+  /// Whether there is a window manager, and so anything but full screen.
+  static bool hasManager();
+
+  /// False, and nothing happens, where there is no window manager.
+  bool toggleFullScreen();
   /// The reason to give for moving the focus where nobody asked for it: the keyboard's where a key was the last thing
   /// that was used, so that the focus is shown.
   Qt::FocusReason focusReason() const { return isLedByKeys_ ? Qt::TabFocusReason : Qt::OtherFocusReason; }
-  /// Whether the window can be seen as far as the window manager tells.
-  bool isInSight() const;
 
  signals:
+  void focusReasonChanged();
   /// Escape or Back was pressed. Whoever does something with it sets `handled`.
   void escapePressed(bool& handled);
   void pressedTwice(QPointF point);

@@ -82,11 +82,11 @@ std::unique_ptr<ViewNode> ViewNode::make(Mirror& mirror, const Strong<UIView>& v
 
 ViewNode::ViewNode(Mirror& mirror, const Strong<UIView>& view)
     : Node(mirror), view_(view), layer_(view->layer()), key_(view.get()) {
-  mirror.registerNode(*key_, *this);
+  mirror.registerNode(key_, *this);
 }
 
 ViewNode::~ViewNode() {
-  mirror().unregisterNode(*key_, *this);
+  mirror().unregisterNode(key_, *this);
 }
 
 void ViewNode::update() {

@@ -43,7 +43,7 @@ class ViewNode : public Node {
   virtual QString accessibleName() const;
 
   /// How many points of the window one of the view's own takes.
-  Q_INVOKABLE double scaleOnScreen() const;
+  double scaleOnScreen() const;
   /// Whether a touch or click there, in the view's own points, is meant for the view: also a little beside a control
   /// that is small.
   Q_INVOKABLE bool isTouchedAt(QPointF point) const;

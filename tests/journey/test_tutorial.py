@@ -1,9 +1,15 @@
 """The tutorial, opened once more from the info screen: paged by button, keys and wheel, in windows of any size."""
 
+import pathlib
+import re
+
 from journey import FILM_A, Journey
 from processes import until
 from tutorial import CLOSES, OPENS, TURNS
 
+# Which the build puts into the interface.
+SOURCES = pathlib.Path(__file__).parent.parent.parent
+VERSION = re.search(r"^project\(quillop VERSION (\S+)", (SOURCES / "CMakeLists.txt").read_text(), re.MULTILINE)[1]
 PORTRAIT, LANDSCAPE = (390, 844), (844, 390)
 
 
@@ -16,6 +22,7 @@ class Tutorial(Journey):
         self.start_of_the_journey = self.program.mark()
         self.built_size = self.window_box()[2:]
         self.program.press("Info")
+        self.program.wait_for(f"Version {VERSION}")
         self.program.press_until("Show the tutorial", lambda: self.program.find("next"))
 
     def check_the_way_back(self, lines):

@@ -63,13 +63,24 @@ void Defaults::setValue(const std::string& key, const std::optional<Value>& valu
   }
 }
 
+namespace {
+
+/// What the build does to the interface resource.
+std::string built(std::string text) {
+  constexpr std::string_view place = "@PROJECT_VERSION@";
+  if (const auto at = text.find(place); at != std::string::npos) text.replace(at, place.size(), "1.0.0");
+  return text;
+}
+
+}  // namespace
+
 std::optional<std::string> Resources::text(const std::string& name) const {
   if (const auto own = texts.find(name); own != texts.end()) return own->second;
   const std::ifstream file(std::filesystem::path(QUILLOP_RESOURCES) / name, std::ios::binary);
   if (!file) return std::nullopt;
   std::ostringstream text;
   text << file.rdbuf();
-  return text.str();
+  return built(text.str());
 }
 
 std::optional<host::Resources::Picture> Resources::picture(const std::string& name) const {

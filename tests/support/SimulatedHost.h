@@ -45,7 +45,8 @@ class Defaults final : public host::Defaults {
   std::map<std::string, Value> values;
 };
 
-/// The app's real interface resource and the names of its real pictures, read from the source tree.
+/// The app's real interface resource and the names of its real pictures, read from the source tree; as of a version
+/// that no release changes, 1.0.0.
 class Resources final : public host::Resources {
  public:
   std::optional<std::string> text(const std::string& name) const override;

@@ -52,7 +52,7 @@ Veil {
             width: card.contentWidth
             spacing: Style.space
 
-            AlertButton {
+            TitleButton {
                 id: deny
 
                 width: buttons.buttonWidth
@@ -61,7 +61,7 @@ Veil {
                 KeyNavigation.right: allow
                 onClicked: prompt.node.deny()
             }
-            AlertButton {
+            TitleButton {
                 id: allow
 
                 width: buttons.buttonWidth

@@ -1,10 +1,9 @@
 import QtQuick
-import QtQuick.Templates as T
 import "qrc:/quillop/screen"
 
 // A row of a group that does something when it is pressed, with a sign of what that is. The sign of one that leads
 // somewhere is at its end.
-T.AbstractButton {
+PressButton {
     id: row
 
     required property string title
@@ -12,22 +11,9 @@ T.AbstractButton {
     property bool leadsOn: false
     property bool isFirst: false
 
+    name: title
     width: parent.width
-    height: visible ? Math.max(7 * Style.space, texts.height + 3 * Style.space) : 0
-    hoverEnabled: true
-    activeFocusOnTab: true
-
-    Accessible.role: Accessible.Button
-    Accessible.name: title
-    Accessible.ignored: !enabled
-    Accessible.onPressAction: clicked()
-
-    Keys.onPressed: event => {
-        if ((event.key !== Qt.Key_Return && event.key !== Qt.Key_Enter) || event.isAutoRepeat)
-            return
-        clicked()
-        event.accepted = true
-    }
+    height: Math.max(7 * Style.space, texts.height + 3 * Style.space)
 
     background: Item {
         RowLine { visible: !row.isFirst }

@@ -52,6 +52,8 @@ FocusScope {
     ListView {
         id: list
 
+        readonly property bool showsFocus: activeFocus && Window.window.focusReason === Qt.TabFocusReason
+
         anchors { left: parent.left; right: parent.right; top: place.bottom; bottom: bar.top }
         model: page.chooser.folders
         boundsBehavior: Flickable.StopAtBounds
@@ -115,7 +117,7 @@ FocusScope {
             }
 
             FocusRing {
-                visible: list.activeFocus && row.ListView.isCurrentItem
+                visible: list.showsFocus && row.ListView.isCurrentItem
                 inset: 4
                 radius: Style.smallCorner
             }

@@ -10,14 +10,14 @@ Strip {
 
     // By the longest text there usually is, so that it does not change from one number to the next.
     isOneLine: longest.width <= roomForText
-    contentHeight: title.implicitHeight + details.implicitHeight + Style.space
+    contentHeight: heading.implicitHeight + details.implicitHeight + Style.space
     closeTitle: "Hide progress"
     onClosed: node.hide()
 
     TextMetrics {
         id: longest
 
-        font: title.font
+        font: heading.font
         text: bar.title + ":  88,888 of 88,888, about 58 minutes left"
     }
 
@@ -36,7 +36,7 @@ Strip {
         readonly property real maximumValue: 1
 
         Text {
-            id: title
+            id: heading
 
             y: bar.isOneLine ? Math.round((progress.y - height) / 2) : Style.space / 2
             width: parent.width
@@ -49,8 +49,8 @@ Strip {
         Text {
             id: details
 
-            x: bar.isOneLine ? Math.ceil(title.implicitWidth) + 5 : 0
-            y: bar.isOneLine ? title.y : title.y + title.height
+            x: bar.isOneLine ? Math.ceil(heading.implicitWidth) + 5 : 0
+            y: bar.isOneLine ? heading.y : heading.y + heading.height
             width: parent.width - x
             text: bar.node.text
             textFormat: Text.PlainText

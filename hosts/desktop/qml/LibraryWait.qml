@@ -68,7 +68,7 @@ Veil {
             width: card.contentWidth
             height: isSideBySide ? cancel.height : 2 * cancel.height + Style.space
 
-            AlertButton {
+            TitleButton {
                 id: cancel
 
                 y: parent.height - height
@@ -78,7 +78,7 @@ Veil {
                 KeyNavigation.right: goOn
                 onClicked: wait.node.cancel()
             }
-            AlertButton {
+            TitleButton {
                 id: goOn
 
                 x: parent.width - width

@@ -85,6 +85,8 @@ FocusScope {
                     model: page.node.addedFolders
 
                     SettingsRow {
+                        id: folder
+
                         required property int index
                         required property string modelData
 
@@ -95,9 +97,9 @@ FocusScope {
                             id: remove
 
                             anchors.verticalCenter: parent.verticalCenter
-                            name: "Remove " + parent.parent.title
+                            name: "Remove " + folder.title
                             sign: "qrc:/images/close.svg"
-                            onClicked: page.node.removeFolder(parent.parent.index)
+                            onClicked: page.node.removeFolder(folder.index)
                         }
                     }
                 }
@@ -116,7 +118,7 @@ FocusScope {
                 }
                 Item {
                     width: parent.width
-                    height: visible ? working.height + 2 * Style.space : 0
+                    height: working.height + 2 * Style.space
                     visible: page.node.working
                     enabled: page.node.working
 

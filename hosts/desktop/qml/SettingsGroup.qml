@@ -3,8 +3,6 @@ import "qrc:/quillop/screen"
 
 // Rows that belong together, on a surface of their own, with hairlines between them.
 Rectangle {
-    id: group
-
     default property alias rows: rows.data
 
     width: parent.width

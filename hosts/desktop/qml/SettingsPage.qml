@@ -10,18 +10,33 @@ Veil {
     property bool isListing: false
     readonly property bool isInside: isChoosing || isListing
 
-    function back() {
-        if (!isInside)
-            node.close()
+    // The focus goes along from page to page, and is shown on the next one to whoever uses the keyboard.
+    function enter(page) { page.forceActiveFocus(Window.window.focusReason) }
+
+    function leave() {
         isChoosing = false
         isListing = false
+        enter(content)
+    }
+
+    function back() {
+        if (isInside)
+            leave()
+        else
+            node.close()
     }
 
     function chooseFolder() {
-        if (node.leavesFolderQuestion())
+        if (node.askElsewhere())
             return
         node.chooser.goHome()
         isChoosing = true
+        enter(chooser)
+    }
+
+    function listFiles() {
+        isListing = true
+        enter(files)
     }
 
     Connections {
@@ -30,6 +45,10 @@ Veil {
     }
 
     Rectangle {
+        Accessible.role: Accessible.Dialog
+        Accessible.name: "Quillop settings"
+        Accessible.ignored: !enabled
+
         anchors.centerIn: parent
         width: settings.isLarge ? Math.min(600 * Style.textScale, parent.width - 64) : parent.width
         height: settings.isLarge ? Math.min(parent.height - 64, Math.max(480, content.wholeHeight)) : parent.height
@@ -44,34 +63,36 @@ Veil {
             node: settings.node
             visible: !settings.isInside
             enabled: visible
-            focus: visible
+            focus: true
             onAddRequested: settings.chooseFolder()
-            onUnreadableRequested: settings.isListing = true
+            onUnreadableRequested: settings.listFiles()
         }
         Loader {
+            id: chooser
+
             anchors.fill: parent
             active: settings.isChoosing
-            focus: active
             sourceComponent: FolderChooser {
                 chooser: settings.node.chooser
                 focus: true
-                onCancelled: settings.isChoosing = false
+                onCancelled: settings.leave()
                 onChosen: {
                     settings.node.addChosenFolder()
-                    settings.isChoosing = false
+                    settings.leave()
                 }
             }
         }
         Loader {
+            id: files
+
             anchors.fill: parent
             active: settings.isListing
-            focus: active
             sourceComponent: UnreadableFiles {
                 files: settings.node.unreadableFiles
-                count: settings.node.unreadable
+                heading: settings.node.unreadable
                 unlisted: settings.node.unlisted
                 focus: true
-                onLeaving: settings.isListing = false
+                onLeaving: settings.leave()
             }
         }
     }

@@ -14,7 +14,7 @@ Item {
     width: parent.width
     height: Math.max(7 * Style.space, texts.height + 3 * Style.space)
 
-    Accessible.role: Accessible.ListItem
+    Accessible.role: Accessible.StaticText
     Accessible.name: note !== "" ? title + ", " + note : title
     Accessible.ignored: !enabled
 

@@ -27,7 +27,7 @@ Item {
         running: page.moves
         from: 0
         to: 1
-        duration: 200
+        duration: Style.smoothly
         easing.type: Easing.OutCubic
     }
 

@@ -70,7 +70,7 @@ T.CheckBox {
     }
 
     FocusRing {
-        visible: row.activeFocus
+        visible: row.visualFocus
         radius: Style.controlCorner
     }
 }

@@ -6,7 +6,7 @@ FocusScope {
     id: page
 
     required property QtObject files
-    required property string count
+    required property string heading
     required property string unlisted
     signal leaving()
 
@@ -22,6 +22,7 @@ FocusScope {
         id: list
 
         property real kept: 0
+        readonly property bool showsFocus: activeFocus && Window.window.focusReason === Qt.TabFocusReason
 
         anchors { left: parent.left; right: parent.right; top: head.bottom; bottom: parent.bottom }
         model: page.files
@@ -33,7 +34,7 @@ FocusScope {
         highlightMoveDuration: 0
 
         Accessible.role: Accessible.List
-        Accessible.name: page.count
+        Accessible.name: page.heading
         Accessible.ignored: !enabled
 
         function turn(pages) {
@@ -119,7 +120,7 @@ FocusScope {
                 color: Style.hairline
             }
             FocusRing {
-                visible: list.activeFocus && row.ListView.isCurrentItem
+                visible: list.showsFocus && row.ListView.isCurrentItem
                 inset: 4
                 radius: Style.smallCorner
             }
@@ -128,12 +129,12 @@ FocusScope {
         header: Text {
             width: ListView.view.width
             height: visible ? implicitHeight : 0
-            visible: page.count !== ""
+            visible: page.heading !== ""
             topPadding: 2 * Style.space
             bottomPadding: Style.space
             leftPadding: Style.sideMargin
             rightPadding: Style.sideMargin
-            text: page.count
+            text: page.heading
             textFormat: Text.PlainText
             wrapMode: Text.Wrap
             color: Style.secondaryText

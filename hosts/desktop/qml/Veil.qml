@@ -14,20 +14,12 @@ FocusScope {
         running: veil.moves
         from: 0
         to: 1
-        duration: 200
+        duration: Style.smoothly
         easing.type: Easing.OutCubic
     }
 
-    Rectangle {
+    Shade {
         anchors.fill: parent
-        color: Style.shade
         opacity: Style.shadeOpacity
-
-        MouseArea {
-            anchors.fill: parent
-            acceptedButtons: Qt.AllButtons
-            hoverEnabled: true
-            onWheel: wheel => wheel.accepted = true
-        }
     }
 }

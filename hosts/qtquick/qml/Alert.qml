@@ -57,7 +57,7 @@ FocusScope {
 
                 model: box.alert.actions
 
-                AlertButton {
+                TitleButton {
                     required property int index
                     required property string modelData
 

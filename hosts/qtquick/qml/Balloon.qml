@@ -26,8 +26,6 @@ Item {
     }
 
     Rectangle {
-        id: pointer
-
         readonly property real side: balloon.arrow * Math.SQRT2
 
         visible: balloon.points

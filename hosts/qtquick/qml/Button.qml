@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Templates as T
-import QtQuick.Window
 
 // A button with a picture, a title, or both side by side.
 T.AbstractButton {
@@ -47,11 +46,9 @@ T.AbstractButton {
         color: button.down ? button.node.pressedColor : button.node.color
         border { width: button.node.borderWidth; color: button.node.borderColor }
 
-        Image {
+        SharpImage {
             anchors.fill: parent
             source: button.down ? button.node.pressedBackgroundPicture : button.node.backgroundPicture
-            sourceSize: Qt.size(Math.round(width * Screen.devicePixelRatio),
-                                Math.round(height * Screen.devicePixelRatio))
         }
         Glow {
             button: button
@@ -68,7 +65,7 @@ T.AbstractButton {
             height: parent.height
             spacing: Style.space
 
-            Image {
+            SharpImage {
                 id: drawing
 
                 anchors.verticalCenter: parent.verticalCenter
@@ -76,8 +73,6 @@ T.AbstractButton {
                 width: button.node.pictureSize.width
                 height: button.node.pictureSize.height
                 source: button.node.picture
-                sourceSize: Qt.size(Math.round(width * Screen.devicePixelRatio),
-                                    Math.round(height * Screen.devicePixelRatio))
             }
             // The place is the app's: a text grows in it as far as it goes.
             Text {

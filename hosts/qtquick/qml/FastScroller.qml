@@ -55,7 +55,7 @@ Item {
         // Within the list, so that none of it is cut off.
         y: Math.max(-scroller.y, Math.min(scroller.table.height - scroller.y - height, (parent.height - height) / 2))
         width: Math.max(height, letter.implicitWidth + 24)
-        height: 56
+        height: Math.round(56 * Style.placeScale)
         radius: 16
         color: scroller.table.node.tint
 
@@ -66,7 +66,7 @@ Item {
             text: scroller.isDragged ? scroller.table.node.letter(bubble.row) : ""
             textFormat: Text.PlainText
             color: Style.accentText
-            font { pixelSize: 28; weight: Font.DemiBold }
+            font { pixelSize: Math.round(28 * Style.placeScale); weight: Font.DemiBold }
         }
     }
 }

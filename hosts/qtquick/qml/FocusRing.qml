@@ -24,12 +24,12 @@ Item {
         radius: ring.radius - 1
         border { width: 2; color: Style.text }
     }
-    // Where everything has a white edge, the focus has one of its own.
+    // In high contrast everything has a white edge.
     Rectangle {
         anchors.fill: parent
         visible: contrast.high
         color: "transparent"
         radius: ring.radius
-        border { width: 5; color: "#FFE14D" }
+        border { width: 5; color: Style.focus }
     }
 }

@@ -24,19 +24,10 @@ FocusScope {
         }
     }
 
-    Rectangle {
+    Shade {
         anchors.fill: parent
         visible: screen.node.dims && opacity > 0
-        color: Style.shade
         opacity: Style.shadeOpacity * screen.progress
-
-        // Nothing that is done here reaches the screens beneath.
-        MouseArea {
-            anchors.fill: parent
-            acceptedButtons: Qt.AllButtons
-            hoverEnabled: true
-            onWheel: wheel => wheel.accepted = true
-        }
     }
 
     Item {

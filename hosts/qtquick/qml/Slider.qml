@@ -96,10 +96,7 @@ T.Slider {
 
     WheelHandler {
         acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
-        onWheel: event => {
-            const notches = (event.angleDelta.y !== 0 ? event.angleDelta.y : event.angleDelta.x) / 120
-            slider.node.adjust(slider.node.value + notches * slider.node.pageStep / 2)
-        }
+        onWheel: event => slider.node.turnWheel(event.angleDelta.y / 120)
     }
 
     background: Item {
@@ -175,32 +172,10 @@ T.Slider {
         }
     }
 
-    HoverHandler { id: pointer }
-
-    // The time that the finger has come to, or that the pointer would choose.
-    Rectangle {
-        id: bubble
-
-        readonly property real place: slider.pressed ? slider.handle.x + slider.handle.width / 2
-                                                     : pointer.point.position.x
-
-        visible: slider.node.showsTime && (slider.pressed || pointer.hovered)
-        // Never beyond the slider's ends.
-        x: Math.round(Math.max(0, Math.min(slider.width - width, place - width / 2)))
-        y: slider.handle.y - height - 12
-        width: Math.ceil(bubbleText.implicitWidth) + 3 * Style.space
-        height: Math.ceil(bubbleText.implicitHeight) + 2 * Style.space
-        radius: Style.controlCorner
-        color: slider.pressed ? slider.node.tint : Style.control
-
-        Text {
-            id: bubbleText
-
-            anchors.centerIn: parent
-            text: slider.pressed ? slider.node.elapsed : slider.node.clockAt(slider.valueAt(slider.partBefore(bubble.place)))
-            color: slider.pressed ? Style.accentText : Style.text
-            font { pixelSize: Style.bodySize; weight: Font.DemiBold }
-        }
+    HoverHandler { id: hover }
+    TimeBubble {
+        control: slider
+        pointer: hover
     }
 
     FocusRing {

@@ -21,6 +21,9 @@ QtObject {
     readonly property color accent: "#3DA9FC"
     readonly property color accentText: "#0B0E10"
 
+    // Of the focus where everything has a white edge.
+    readonly property color focus: "#FFE14D"
+
     readonly property color background: "#0B0E10"
     readonly property color bar: contrast.high ? "#000000" : "#1B2124"
     readonly property color page: contrast.high ? "#000000" : "#161B1E"
@@ -50,7 +53,6 @@ QtObject {
     readonly property int controlCorner: 12
     readonly property int smallCorner: 8
 
-    // Milliseconds.
-    readonly property int quickly: 100
+    // How long, in milliseconds, something takes to come into sight.
     readonly property int smoothly: 180
 }

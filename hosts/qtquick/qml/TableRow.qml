@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Templates as T
-import QtQuick.Window
 
 // One row: a picture, a title, a detail under it.
 T.ItemDelegate {
@@ -11,6 +10,8 @@ T.ItemDelegate {
     readonly property bool hasRoomForPicture: width >= 240
     property var content: table.node.content(index)
 
+    // Another row of the list may be shown by the same item, and the content of a row may change.
+    onIndexChanged: refresh()
     function refresh() { content = table.node.content(index) }
 
     width: table.width
@@ -90,7 +91,7 @@ T.ItemDelegate {
                 sourceSize: Qt.size(28, 28)
             }
         }
-        Image {
+        SharpImage {
             id: artwork
 
             // The answer that there is none arrives as a picture of no size.
@@ -100,8 +101,6 @@ T.ItemDelegate {
             visible: row.hasRoomForPicture
             asynchronous: true
             source: row.content.picture
-            sourceSize: Qt.size(Math.round(width * Screen.devicePixelRatio),
-                                Math.round(height * Screen.devicePixelRatio))
             fillMode: Image.PreserveAspectCrop
         }
         Column {

@@ -46,7 +46,7 @@ Item {
         anchors { bottom: parent.bottom; bottomMargin: 12; horizontalCenter: parent.horizontalCenter }
         width: Math.min(parent.width - 24, words.implicitWidth + 32)
         height: words.implicitHeight + 20
-        radius: 12
+        radius: Style.controlCorner
         color: Style.card
         border { width: 1; color: typing.table.node.tint }
 
@@ -59,7 +59,7 @@ Item {
             textFormat: Text.PlainText
             elide: Text.ElideLeft
             color: Style.text
-            font.pixelSize: 17
+            font.pixelSize: Style.bodySize
 
             Accessible.role: Accessible.Notification
             Accessible.name: text

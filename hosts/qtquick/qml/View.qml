@@ -16,6 +16,6 @@ Rectangle {
 
     Behavior on opacity {
         enabled: view.node.fades
-        NumberAnimation { duration: 180; easing.type: Easing.OutCubic }
+        NumberAnimation { duration: Style.smoothly; easing.type: Easing.OutCubic }
     }
 }

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QTemporaryDir>
 #include <QTest>
 
 namespace desktop {
@@ -48,9 +49,11 @@ class AccessPromptTest : public testing::Test {
     stage.advance(UIWindow::transitionDuration);
   }
 
+  QTemporaryDir folder;
+  LibraryAccess access{folder.filePath(QStringLiteral("library.json")), {}, folder.path()};
   ScreenStage stage;
   Layers layers{stage.host()};
-  AccessPrompt prompt{layers};
+  AccessPrompt prompt{layers, access};
   std::vector<std::optional<Answer>> answers;
 };
 
@@ -147,6 +150,14 @@ TEST_F(AccessPromptTest, OnlyTheFirstOfTwoPressesCounts) {
   prompt.deny();
   stage.settle();
   EXPECT_EQ(answers, Answers{Answer::Authorised});
+}
+
+TEST_F(AccessPromptTest, ClosesUnansweredWhereTheAnswerIsGivenElsewhere) {
+  ask();
+  access.setAnswer(Answer::Denied);
+  stage.settle();
+  EXPECT_FALSE(prompt.isShown());
+  EXPECT_EQ(answers, Answers{std::nullopt});
 }
 
 TEST_F(AccessPromptTest, NothingBeneathTakesInput) {

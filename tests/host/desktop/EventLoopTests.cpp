@@ -76,5 +76,15 @@ TEST_F(EventLoopTest, DeferredBlocksAndTimersRunAndNeverEarly) {
   EXPECT_GE(fired - start, 0.05);
 }
 
+TEST_F(EventLoopTest, TheFurthestTimeCanBeWaitedFor) {
+  static int warnings;
+  warnings = 0;
+  auto* const before =
+      qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) { ++warnings; });
+  loop.wakeAt(1e12);
+  qInstallMessageHandler(before);
+  EXPECT_EQ(warnings, 0) << "no timer waits for that long";
+}
+
 }  // namespace
 }  // namespace desktop

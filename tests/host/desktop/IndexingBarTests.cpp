@@ -92,7 +92,7 @@ TEST_F(IndexingBarTest, LetsTouchesThrough) {
   work(120, 4000, 118.0);
   const QPointF left(place().left() + 20, place().center().y());
   stage().takeLines();
-  const auto& overlay = stage().screen().vistaControlliFilm2;
+  const auto& overlay = stage().screen().vistaControlliFilm1;
   const bool wasHidden = overlay->isHidden();
   QTest::mouseClick(&stage().window(), Qt::LeftButton, {}, left.toPoint());
   stage().advance(1);

@@ -8,6 +8,9 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <algorithm>
+#include <string>
+
 namespace desktop {
 namespace {
 
@@ -43,12 +46,21 @@ TEST_F(LibraryPolicyTest, OnlyTheWordRestrictedRestricts) {
 }
 
 TEST_F(LibraryPolicyTest, PolicyThatCannotBeUnderstoodRestricts) {
+  int number = 0;
   for (const QByteArray& damage : {QByteArray("{\"mediaLibrary\": "), QByteArray("[]"), QByteArray("restricted"),
                                    QByteArray(), QByteArray("\0\1", 2)}) {
     testing::internal::CaptureStderr();
-    EXPECT_TRUE(restricts(damage)) << damage.toStdString();
+    const auto path = folderWith(QString::number(number++), damage);
+    EXPECT_TRUE(policyRestrictsLibrary({path})) << damage.toStdString();
     EXPECT_NE(testing::internal::GetCapturedStderr().find("policy.json"), std::string::npos);
   }
+}
+
+TEST_F(LibraryPolicyTest, PolicyThatCannotBeUnderstoodIsToldOfOnce) {
+  testing::internal::CaptureStderr();
+  for (int call = 0; call < 3; ++call) EXPECT_TRUE(restricts("{"));
+  const std::string told = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1) << told;
 }
 
 TEST_F(LibraryPolicyTest, FirstFolderThatSaysAnythingDecides) {

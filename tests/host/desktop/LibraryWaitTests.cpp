@@ -144,7 +144,7 @@ TEST_F(LibraryWaitTest, EscapeAndBackCancel) {
 
 TEST_F(LibraryWaitTest, OnlyTheFirstOfTwoPressesCounts) {
   there.facts.contents = Contents{2, 40, 0, false};
-  prepare();
+  prepareAndSeeIt();
   wait.goOn();
   wait.cancel();
   stage().settle();

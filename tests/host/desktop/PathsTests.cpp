@@ -37,5 +37,20 @@ TEST_F(RuntimeFolder, IsAmongTheTemporaryFilesWhereTheUserHasNone) {
   EXPECT_EQ(runtimeFolder(), QDir::tempPath() + QStringLiteral("/quillop-%1").arg(getuid()));
 }
 
+TEST_F(RuntimeFolder, IsAnotherWhereSomebodyElseMayHaveMadeThatOne) {
+  const EnvironmentVariable gone("XDG_RUNTIME_DIR", folder.filePath("no-such-folder").toStdString());
+  const EnvironmentVariable temporary("TMPDIR", folder.path().toStdString());
+  const QString usual = folder.filePath(QStringLiteral("quillop-%1").arg(getuid()));
+  const QTemporaryDir elsewhere;
+  ASSERT_TRUE(QFile::link(elsewhere.path(), usual));
+  testing::internal::CaptureStderr();
+  const QString taken = runtimeFolder();
+  EXPECT_NE(testing::internal::GetCapturedStderr().find(usual.toStdString()), std::string::npos);
+  EXPECT_NE(taken, usual);
+  EXPECT_TRUE(QFileInfo(taken).isDir());
+  EXPECT_EQ(QFileInfo(taken).ownerId(), getuid());
+  EXPECT_EQ(runtimeFolder(), taken) << "all of a start's files lie together";
+}
+
 }  // namespace
 }  // namespace desktop

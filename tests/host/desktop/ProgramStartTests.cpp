@@ -1,5 +1,7 @@
 #include "hosts/desktop/ProgramStart.h"
 
+#include "tests/host/medialibrary/Environment.h"
+
 #include <gmock/gmock.h>
 
 #include <QFile>
@@ -45,6 +47,15 @@ TEST(ProgramStart, LeavesAVariableOfTheUsersAsItIs) {
   setForThisProcess("QUILLOP_TEST_BOTH", "ours");
   EXPECT_STREQ(std::getenv("QUILLOP_TEST_BOTH"), "theirs");
   EXPECT_THAT(environmentOfAProgram(), Contains("QUILLOP_TEST_BOTH=theirs"));
+}
+
+TEST(ProgramStart, KeepsWhatWasForItsOwnStartToItself) {
+  const EnvironmentVariable wayland("XDG_ACTIVATION_TOKEN", "used");
+  const EnvironmentVariable x11("DESKTOP_STARTUP_ID", "used");
+  const auto environment = environmentOfAProgram();
+  EXPECT_THAT(environment, Contains(StartsWith("PATH=")));
+  EXPECT_THAT(environment, Not(Contains(StartsWith("XDG_ACTIVATION_TOKEN="))));
+  EXPECT_THAT(environment, Not(Contains(StartsWith("DESKTOP_STARTUP_ID="))));
 }
 
 TEST(ProgramStart, TellsOfAProgramThatIsNotThere) {

@@ -63,6 +63,22 @@ class SettingsPageTest : public testing::Test {
     auto* const interface = QAccessible::queryAccessibleInterface(stage.window().activeFocusItem());
     return interface != nullptr ? interface->text(QAccessible::Name) : QString();
   }
+  QRectF placeOf(const QString& name) {
+    auto* const item = stage.named(name);
+    return item != nullptr ? item->mapRectToScene(item->boundingRect()) : QRectF();
+  }
+  QAccessible::Role roleOf(const QString& name) {
+    auto* const item = stage.named(name);
+    return item != nullptr ? QAccessible::queryAccessibleInterface(item)->role() : QAccessible::NoRole;
+  }
+  /// How many rings show where the keyboard is.
+  int ringsInSight() {
+    int count = 0;
+    for (auto* const item : itemsIn(stage.window().contentItem())) {
+      if (item->isVisible() && QByteArray(item->metaObject()->className()).startsWith("FocusRing")) ++count;
+    }
+    return count;
+  }
   void allow() { access.setAnswer(LibraryAccess::Answer::Authorised); }
   void tellChange() {
     facts.changed();
@@ -166,6 +182,57 @@ TEST_F(SettingsPageTest, AddsAFolderThatWasWalkedTo) {
   click(QStringLiteral("Add this folder"));
   EXPECT_EQ(access.addedFolders(), QStringList{home.filePath(QStringLiteral("Films"))});
   EXPECT_NE(stage.named(QStringLiteral("Remove ~/Films")), nullptr);
+}
+
+TEST_F(SettingsPageTest, StaysAsItIsWhileAnInnerPageIsOpen) {
+  stage.resize({1280, 800});
+  allow();
+  open();
+  const double top = placeOf(QStringLiteral("Close")).top();
+  click(QStringLiteral("Add a folder"));
+  EXPECT_EQ(placeOf(QStringLiteral("Back")).top(), top) << "the card is as high as before";
+}
+
+TEST_F(SettingsPageTest, IsADialogOfTexts) {
+  allow();
+  facts.contents.items = 37;
+  open();
+  auto* const dialog = QAccessible::queryAccessibleInterface(stage.named(title));
+  EXPECT_EQ(dialog->role(), QAccessible::Dialog);
+  EXPECT_EQ(roleOf(QStringLiteral("37 videos")), QAccessible::StaticText);
+  EXPECT_EQ(roleOf(QStringLiteral("Quillop 4.5.6")), QAccessible::StaticText);
+}
+
+TEST_F(SettingsPageTest, ShowsNobodyWhoTouchesWhereTheKeyboardIs) {
+  allow();
+  makeUnreadable(3);
+  open();
+  EXPECT_EQ(ringsInSight(), 0);
+  click(QStringLiteral("Add a folder"));
+  EXPECT_EQ(ringsInSight(), 0);
+  click(QStringLiteral("Back"));
+  EXPECT_EQ(ringsInSight(), 0);
+  click(QStringLiteral("3 files could not be read"));
+  EXPECT_EQ(ringsInSight(), 0);
+  click(QStringLiteral("Back"));
+  EXPECT_EQ(ringsInSight(), 0);
+}
+
+TEST_F(SettingsPageTest, ShowsWhoeverTypesWhereTheKeyboardIs) {
+  allow();
+  makeUnreadable(3);
+  QTest::keyClick(&stage.window(), Qt::Key_Tab);
+  open();
+  EXPECT_EQ(ringsInSight(), 1);
+  for (const auto& way : {QStringLiteral("Add a folder"), QStringLiteral("3 files could not be read")}) {
+    while (focusedName() != way) key(Qt::Key_Tab);
+    key(Qt::Key_Return);
+    EXPECT_EQ(stage.named(switchName), nullptr);
+    EXPECT_EQ(ringsInSight(), 1) << qPrintable(way);
+    key(Qt::Key_Escape);
+    EXPECT_EQ(focusedName(), way);
+    EXPECT_EQ(ringsInSight(), 1) << qPrintable(way);
+  }
 }
 
 TEST_F(SettingsPageTest, SomebodyElseMayAskForTheFolder) {

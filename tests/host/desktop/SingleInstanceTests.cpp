@@ -4,8 +4,10 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QTemporaryDir>
 
+#include <functional>
 #include <memory>
 
 #include <sys/wait.h>
@@ -50,6 +52,30 @@ TEST(SingleInstance, PlaceIsFreeAgainAfterTheFirstWasKilled) {
     return first->isFirst();
   };
   EXPECT_TRUE(inAnotherProcess(killed));
+  EXPECT_TRUE(SingleInstance(folder.path(), [] {}).isFirst());
+}
+
+/// Leaves the lock of a start that was killed, with `change` made to what it says.
+void leaveLock(const QString& folder, const std::function<QByteArray(QByteArray)>& change) {
+  inAnotherProcess([&] { return (new SingleInstance(folder, [] {}))->isFirst(); });
+  QFile lock(folder + QStringLiteral("/lock"));
+  ASSERT_TRUE(lock.open(QIODevice::ReadWrite));
+  const QByteArray text = change(lock.readAll());
+  lock.resize(0);
+  lock.seek(0);
+  lock.write(text);
+}
+
+TEST(SingleInstance, PlaceIsFreeAgainWhereTheKilledFirstHadTheSameNumber) {
+  const QTemporaryDir folder;
+  leaveLock(folder.path(),
+            [](const QByteArray& text) { return QByteArray::number(getpid()) + text.mid(text.indexOf('\n')); });
+  EXPECT_TRUE(SingleInstance(folder.path(), [] {}).isFirst());
+}
+
+TEST(SingleInstance, PlaceIsFreeAgainWhereTheFirstWasKilledBeforeItHadWrittenItsNumber) {
+  const QTemporaryDir folder;
+  leaveLock(folder.path(), [](const QByteArray& /*text*/) { return QByteArray(); });
   EXPECT_TRUE(SingleInstance(folder.path(), [] {}).isFirst());
 }
 

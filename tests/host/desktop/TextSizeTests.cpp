@@ -4,6 +4,9 @@
 #include "tests/host/desktop/StandInServices.h"
 #include "tests/host/medialibrary/Environment.h"
 
+#include <QFile>
+#include <QTemporaryDir>
+
 #include <memory>
 
 namespace desktop {
@@ -32,6 +35,18 @@ TEST_F(TextSizeTest, IsTheUsualOneWhereNobodyTells) {
 TEST_F(TextSizeTest, IsWhatTheDesktopWants) {
   desktopWants(1.5);
   const TextSize size(app);
+  runUntil([&] { return size.scale() == 1.5; });
+}
+
+TEST_F(TextSizeTest, ComesFromTheUsersOwnBusWhereTheEnvironmentNamesNone) {
+  const EnvironmentVariable none("DBUS_SESSION_BUS_ADDRESS", std::nullopt);
+  const QTemporaryDir runtime;
+  const EnvironmentVariable folder("XDG_RUNTIME_DIR", runtime.path().toStdString());
+  EXPECT_FALSE(qtquick::PortalSetting::sessionBus().isConnected());
+  const QString socket = bus.address().section(QStringLiteral("path="), 1).section(QLatin1Char(','), 0, 0);
+  ASSERT_TRUE(QFile::link(socket, runtime.filePath(QStringLiteral("bus"))));
+  desktopWants(1.5);
+  const TextSize size;
   runUntil([&] { return size.scale() == 1.5; });
 }
 

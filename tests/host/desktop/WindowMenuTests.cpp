@@ -27,9 +27,14 @@ class WindowMenuTest : public testing::Test {
   LibraryStage there;
   QStringList chosen;
   bool isFull = false;
+  bool reopens = false;
   WindowMenu menu{there.layers, [this] {
                     return std::vector<WindowMenu::Entry>{
-                        {"Settings", [this] { chosen << "settings"; }},
+                        {"Settings",
+                         [this] {
+                           chosen << "settings";
+                           if (reopens) menu.open();
+                         }},
                         {isFull ? "Leave full screen" : "Full screen", [this] { chosen << "full"; }},
                         {"Quit", [this] { chosen << "quit"; }}};
                   }};
@@ -40,6 +45,25 @@ TEST_F(WindowMenuTest, BringsWhatIsTapped) {
   there.click("Full screen");
   EXPECT_TRUE(isGone());
   EXPECT_EQ(chosen, QStringList{"full"});
+}
+
+TEST_F(WindowMenuTest, OnlyTheFirstOfTwoPressesCounts) {
+  open();
+  menu.choose(1);
+  menu.choose(2);
+  EXPECT_TRUE(isGone());
+  there.stage.settle();
+  EXPECT_EQ(chosen, QStringList{"full"});
+}
+
+TEST_F(WindowMenuTest, APressOnAMenuThatHasGoneDoesNotCloseTheNextOne) {
+  open();
+  menu.choose(0);
+  menu.close();
+  reopens = true;
+  EXPECT_TRUE(LibraryStage::waitFor([this] { return !chosen.isEmpty(); }));
+  there.stage.settle();
+  EXPECT_TRUE(menu.isShown());
 }
 
 TEST_F(WindowMenuTest, HasWhatThereIsWhenItIsOpened) {

@@ -49,7 +49,7 @@ class Scene final {
   const EnvironmentVariable highContrast_;
   desktop::LibraryStage there_;
   const EnvironmentVariable home_{"HOME", there_.folder.path().toStdString()};
-  desktop::AccessPrompt prompt_{there_.layers};
+  desktop::AccessPrompt prompt_{there_.layers, there_.access};
   desktop::LibraryWait wait_{there_.layers};
   desktop::IndexingBar bar_{there_.layers, there_.library};
   desktop::SettingsPage settings_{there_.layers, there_.access, there_.library};

@@ -31,6 +31,12 @@ class SliderTest : public testing::Test {
   QQuickItem* item() { return stage.named("Amount"); }
   double shown() { return item()->property("value").toDouble(); }
   QPoint at(double value) const { return {static_cast<int>(200 + 11 + 2 * value), 124}; }
+  /// 120 is one notch.
+  void turnWheel(int angle) {
+    const QPointF place = middleOf(*item());
+    QWheelEvent wheel(place, place, {}, {0, angle}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(&stage.window(), &wheel);
+  }
   QAccessibleValueInterface* value() { return QAccessible::queryAccessibleInterface(item())->valueInterface(); }
 
   ScreenStage stage;
@@ -122,11 +128,22 @@ TEST_F(SliderTest, KeysMoveItByStepsPagesAndToTheEnds) {
 }
 
 TEST_F(SliderTest, TheWheelMovesIt) {
-  const QPointF place = middleOf(*item());
-  QWheelEvent wheel(place, place, {}, {0, 120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-  QCoreApplication::sendEvent(&stage.window(), &wheel);
+  turnWheel(120);
   EXPECT_EQ(slider->value(), 5);
   EXPECT_EQ(recorder->values, (std::vector<float>{5}));
+}
+
+TEST_F(SliderTest, ATouchpadMovesItAsFarAsAWheelHoweverSlowly) {
+  for (int part = 0; part < 24; ++part) turnWheel(10);
+  EXPECT_EQ(slider->value(), 10);
+  for (int part = 0; part < 12; ++part) turnWheel(-10);
+  EXPECT_EQ(slider->value(), 5);
+}
+
+TEST_F(SliderTest, ATouchpadMovesOneWithoutStepsByAnyDistance) {
+  slider->setStep(0);
+  turnWheel(12);
+  EXPECT_FLOAT_EQ(slider->value(), 1);
 }
 
 TEST_F(SliderTest, AssistiveTechnologyReadsAndSetsIt) {

@@ -1,28 +1,15 @@
 import QtQuick
-import QtQuick.Templates as T
 
-// A button of an alert. A title that is too long for it is written smaller.
-T.AbstractButton {
+// A button with a title. One that is too long for it is written smaller.
+PressButton {
     id: button
 
     required property string title
     required property bool isPreferred
     readonly property real titleWidth: Math.ceil(measure.advanceWidth)
 
+    name: title
     height: Math.max(Style.controlHeight, label.font.pixelSize + 3 * Style.space)
-    hoverEnabled: true
-
-    Accessible.role: Accessible.Button
-    Accessible.name: title
-    Accessible.ignored: !enabled
-    Accessible.onPressAction: clicked()
-
-    Keys.onPressed: event => {
-        if ((event.key !== Qt.Key_Return && event.key !== Qt.Key_Enter) || event.isAutoRepeat)
-            return
-        clicked()
-        event.accepted = true
-    }
 
     TextMetrics {
         id: measure
