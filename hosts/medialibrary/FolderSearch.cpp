@@ -128,8 +128,9 @@ void FolderSearch::finish() {
   stocktaking_.reset();
   for (const VideoFile& file : outcome.beingWritten) unfinishedFolders_.emplace(folderOf(file.path));
   hasOtherNames_ = hasOtherNames_ || outcome.hasOtherNames;
-  // The name that was lost may have been the listed one of several.
-  if (outcome.hasLosses && hasOtherNames_ && extent_ == Extent::Changes) beginAll();
+  // The name that was lost may have been the listed one of several. This ends: what is not listed has no name to
+  // lose.
+  if (outcome.hasLosses && hasOtherNames_) beginAll();
 }
 
 void FolderSearch::watchFolder(const std::string& folder) {

@@ -112,6 +112,22 @@ TEST_F(WatchedLibrary, ListsOneOfSeveralNamesAndTheNextOneWhenThatGoes) {
   EXPECT_TRUE(comesToList({"b", "c"}));
 }
 
+TEST_F(WatchedLibrary, ListsAFileThatGotAnEarlierNameWhileItWasClosed) {
+  const std::string path = folder_.copy(film(), "b.mp4");
+  EXPECT_EQ(titles(), Texts({"b"}));
+  library_.reset();
+  fs::create_hard_link(path, folder_ / "a.mp4");
+  EXPECT_EQ(titles(), Texts({"a"}));
+}
+
+TEST_F(WatchedLibrary, ListsAFolderThatGotAnEarlierNameWhileItWasClosed) {
+  folder_.copy(film(), "trips/a.mp4");
+  EXPECT_EQ(titles(), Texts({"a"}));
+  library_.reset();
+  fs::create_directory_symlink(folder_ / "trips", folder_ / "best");
+  EXPECT_EQ(paths(), Texts({folder_ / "best/a.mp4"}));
+}
+
 TEST_F(WatchedLibrary, SearchesWhatItCannotWatchWhenSomebodyIsAboutToAsk) {
   open({folder_ / "not there yet"});
   EXPECT_EQ(titles(), Texts());
