@@ -36,6 +36,8 @@ class FolderScan {
   /// The next folder, the outer one before those inside it; false at the end, which leaves `folder` as it is. Of the
   /// folders `inside`, those are not given once more that have been given already under another path.
   bool next(ScannedFolder& folder);
+  /// Whether a folder or file was left out so far because it had been given under another name.
+  bool hasOtherNames() const;
 
  private:
   struct State;

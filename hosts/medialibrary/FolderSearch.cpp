@@ -69,6 +69,7 @@ void FolderSearch::step() {
 void FolderSearch::scanOn() {
   ScannedFolder folder;
   if (!scan_->next(folder)) {
+    hasOtherNames_ = hasOtherNames_ || scan_->hasOtherNames();
     scan_ = nullptr;
     return;
   }

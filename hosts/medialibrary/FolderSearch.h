@@ -63,7 +63,7 @@ class FolderSearch {
   std::unique_ptr<FolderScan> scan_;
   std::vector<std::string> newFolders_;  // to be scanned with all below
   std::set<std::string> changedFolders_;
-  bool hasOtherNames_ = false;  // some file has names of which only one is listed
+  bool hasOtherNames_ = false;  // some file or folder has names of which only one is listed
 };
 
 }  // namespace medialibrary

@@ -194,6 +194,23 @@ TEST_F(Scan, GivesAFolderOnceThoughItIsGivenTwiceOrLiesInAnother) {
   EXPECT_EQ(filesOf(scan({folder_ / "a/b//", root()})), Names{"a/b/one.mp4"}) << "no slash at its end";
 }
 
+TEST_F(Scan, TellsWhetherSomethingHasSeveralNames) {
+  const std::string path = file("a/b/one.mp4");
+  const auto hasOtherNames = [](std::vector<std::string> roots) {
+    FolderScan scan(std::move(roots));
+    ScannedFolder folder;
+    while (scan.next(folder)) {
+    }
+    return scan.hasOtherNames();
+  };
+  EXPECT_FALSE(hasOtherNames({folder_ / "a/b", root(), root() + "/"}));
+  link("a/b", "c");
+  EXPECT_TRUE(hasOtherNames({root()}));
+  std::filesystem::remove(folder_ / "c");
+  std::filesystem::create_hard_link(path, folder_ / "a/two.mp4");
+  EXPECT_TRUE(hasOtherNames({root()}));
+}
+
 TEST_F(Scan, LeavesOutRootsThatAreNoFolders) {
   file("one.mp4");
   EXPECT_EQ(foldersOf(scan({folder_ / "missing", folder_ / "one.mp4", "", root()})), Names{"."});

@@ -112,6 +112,26 @@ TEST_F(WatchedLibrary, ListsOneOfSeveralNamesAndTheNextOneWhenThatGoes) {
   EXPECT_TRUE(comesToList({"b", "c"}));
 }
 
+TEST_F(WatchedLibrary, ListsTheNextNameInAnotherFolderWhenTheListedOneGoes) {
+  const std::string path = folder_.copy(film(), "one/a.mp4");
+  fs::create_directory(folder_ / "two");
+  fs::create_hard_link(path, folder_ / "two/b.mp4");
+  EXPECT_EQ(titles(), Texts({"a"}));
+  fs::remove(path);
+  EXPECT_TRUE(comesToList({"b"}));
+}
+
+TEST_F(WatchedLibrary, ListsTheNextLinkToAFolderWhenTheListedOneGoes) {
+  const TemporaryFolder elsewhere;
+  elsewhere.copy(film(), "a.mp4");
+  for (const char* folder : {"one", "two"}) fs::create_directory(folder_ / folder);
+  fs::create_directory_symlink(elsewhere.path(), folder_ / "one/trips");
+  fs::create_directory_symlink(elsewhere.path(), folder_ / "two/best");
+  EXPECT_EQ(paths(), Texts({folder_ / "one/trips/a.mp4"}));
+  fs::remove(folder_ / "one/trips");
+  EXPECT_TRUE(comesToPass([this] { return paths() == Texts({folder_ / "two/best/a.mp4"}); }));
+}
+
 TEST_F(WatchedLibrary, ListsAFileThatGotAnEarlierNameWhileItWasClosed) {
   const std::string path = folder_.copy(film(), "b.mp4");
   EXPECT_EQ(titles(), Texts({"b"}));
