@@ -3,6 +3,7 @@
 #include "hosts/medialibrary/Looking.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -31,6 +32,7 @@ class Keeper {
     std::size_t unknown = 0;     ///< files that wait to be looked into
     std::size_t done = 0;        ///< looked into since there was last nothing to do
     std::optional<double> secondsLeft;
+    std::uint64_t version = 0;  ///< another one whenever the index may hold something else
 
     bool operator==(const State&) const = default;
   };

@@ -80,6 +80,11 @@ void KeeperDesk::tellInTime() {
   if (!isTold_ && Clock::now() >= toldAt_ + reportInterval) tell();
 }
 
+bool KeeperDesk::hasUntold() const {
+  const std::lock_guard lock(mutex_);
+  return !isTold_;
+}
+
 Keeper::State KeeperDesk::atFirst() {
   Keeper::State state;
   state.isSearching = true;

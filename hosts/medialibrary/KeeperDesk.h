@@ -51,6 +51,7 @@ class KeeperDesk {
   void report(Keeper::State state);
   /// Tells what has not been told yet, unless that was done a moment ago.
   void tellInTime();
+  bool hasUntold() const;
 
  private:
   static Keeper::State atFirst();

@@ -170,6 +170,24 @@ TEST_F(WatchedLibrary, TellsThatSomethingHasChanged) {
   }));
 }
 
+TEST_F(WatchedLibrary, TellsThatAFileHasGoneOrHasAnotherName) {
+  folder_.copy(film(), "a.mp4");
+  folder_.copy(film(), "b.mp4");
+  EXPECT_EQ(titles(), Texts({"a", "b"}));
+  Texts told;
+  library_->setChanged([&] { told = titlesOf(*library_->items(homeVideo)); });
+  const auto comesToTell = [&](const Texts& expected) {
+    return comesToPass([&] {
+      mainLoop_.turn();
+      return told == expected;
+    });
+  };
+  fs::rename(folder_ / "b.mp4", folder_ / "c.mp4");
+  EXPECT_TRUE(comesToTell({"a", "c"}));
+  fs::remove(folder_ / "a.mp4");
+  EXPECT_TRUE(comesToTell({"c"}));
+}
+
 TEST_F(WatchedLibrary, IsLookedIntoByOneProcessAtATimeWhileItIsToBeGentle) {
   EXPECT_EQ(titles(), Texts());
   library_->setGentle(true);
