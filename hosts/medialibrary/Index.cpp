@@ -407,11 +407,11 @@ void setAside(const std::string& path) {
 
 }  // namespace
 
-std::unique_ptr<Index> Index::open(const std::string& path, const Order& order) {
+std::unique_ptr<Index> Index::open(const std::string& path, const Order& order, Contents contents) {
   makeFolderOf(path);
   expectRegularFile(path);
   try {
-    return openForWriting(path, order);
+    if (contents == Contents::Kept) return openForWriting(path, order);
   } catch (const IndexError& error) {
     if (!error.isDamaged()) throw;
   }

@@ -37,9 +37,9 @@ void complain(const IndexError& error) {
 
 /// In its own place, or else in the spare one: a full disk or a folder that may not be written to cost the memory of
 /// what was found, not the library.
-std::unique_ptr<Index> openIndex(Keeper::Options& options, const Order& order) {
+std::unique_ptr<Index> openIndex(Keeper::Options& options, const Order& order, Index::Contents contents) {
   try {
-    return Index::open(options.index, order);
+    return Index::open(options.index, order, contents);
   } catch (const IndexError& error) {
     if (options.spare.empty() || options.index == options.spare) throw;
     complain(error);
@@ -55,15 +55,20 @@ void pause(const KeeperDesk& desk, milliseconds duration) {
 
 void work(KeeperDesk& desk, Keeper::Options& options) {
   const Order order(options.locale);
+  auto contents = Index::Contents::Kept;
   while (!desk.ends()) {
     try {
-      const auto index = openIndex(options, order);
+      const auto index = openIndex(options, order, std::exchange(contents, Index::Contents::Kept));
       desk.open(options.index);
       KeeperShift(desk, *index, options).run(options);
       desk.close();
+      contents = Index::Contents::SetAside;
     } catch (const IndexError& error) {
       complain(error);
-      if (error.isDamaged()) desk.close();
+      if (error.isDamaged()) {
+        desk.close();
+        contents = Index::Contents::SetAside;
+      }
       pause(desk, error.isDamaged() ? damageInterval : retryInterval);
     }
   }

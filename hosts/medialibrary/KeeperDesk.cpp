@@ -55,6 +55,7 @@ void KeeperDesk::open(const std::string& index) {
   const std::lock_guard lock(mutex_);
   index_ = index;
   state_.isOpen = true;
+  orders_.rebuild = false;  // what turned out to be damaged was the one before
   stateChanged_.notify_all();
 }
 

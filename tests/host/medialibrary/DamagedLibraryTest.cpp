@@ -1,3 +1,4 @@
+#include "hosts/medialibrary/Database.h"
 #include "tests/host/medialibrary/LibraryFixture.h"
 
 #include <fstream>
@@ -9,6 +10,18 @@ namespace fs = std::filesystem;
 class DamagedLibrary : public LibraryFixture {
  protected:
   std::string index() const { return system_ / "data/library.db"; }
+
+  void run(const std::string& statements) const {
+    medialibrary::Database(index(), medialibrary::Database::Purpose::Writing).run(statements);
+  }
+
+  /// Does damage that no check finds when the index is opened, but whoever removes a file from it.
+  void emptyAnIndexOfTheDatabase() const {
+    run("PRAGMA writable_schema = ON; UPDATE sqlite_schema SET sql = sql || ' WHERE 0' WHERE name = 'file_state'");
+    run("REINDEX file_state");
+    run("PRAGMA writable_schema = ON; "
+        "UPDATE sqlite_schema SET sql = replace(sql, ' WHERE 0', '') WHERE name = 'file_state'");
+  }
 };
 
 TEST_F(DamagedLibrary, IsSetAsideAndMadeAnew) {
@@ -44,6 +57,17 @@ TEST_F(DamagedLibrary, ThatCannotBeWrittenIsKeptElsewhere) {
   elsewhere.spare = system_ / "spare/library.db";
   library_ = medialibrary::makeLibrary(mainLoop_, elsewhere);
   EXPECT_EQ(titles(), Texts({"a"}));
+}
+
+TEST_F(DamagedLibrary, IsSetAsideAlsoWhereOnlyAChangeMeetsTheDamage) {
+  folder_.copy(film(), "a.mp4");
+  folder_.copy(film(), "b.mp4");
+  EXPECT_EQ(titles(), Texts({"a", "b"}));
+  library_.reset();
+  emptyAnIndexOfTheDatabase();
+  fs::remove(folder_ / "a.mp4");
+  open();
+  EXPECT_TRUE(comesToPass([this] { return fs::exists(index() + ".damaged"); }));
 }
 
 }  // namespace
