@@ -112,7 +112,7 @@ Keeper::State Keeper::state() const {
   return thread_->desk().state();
 }
 
-std::optional<std::string> Keeper::openIndex(double seconds) const {
+std::optional<Keeper::Opening> Keeper::openIndex(double seconds) const {
   return thread_->desk().openIndex(seconds);
 }
 

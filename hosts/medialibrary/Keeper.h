@@ -37,6 +37,14 @@ class Keeper {
     bool operator==(const State&) const = default;
   };
 
+  /// An index that was opened.
+  struct Opening {
+    std::string file;
+    std::uint64_t number = 0;  ///< of openings so far: the file may be another one of the same name
+
+    bool operator==(const Opening&) const = default;
+  };
+
   /// `changed` is called on the keeper's thread, a few times per second at most while there is something to tell.
   Keeper(Options options, std::function<void()> changed);
   /// Ends the thread and its processes; what they have not finished is done the next time.
@@ -45,8 +53,8 @@ class Keeper {
   Keeper& operator=(const Keeper&) = delete;
 
   State state() const;
-  /// Waits until the index can be read; the file that it is in, or none when `seconds` were not enough.
-  std::optional<std::string> openIndex(double seconds) const;
+  /// Waits until the index can be read; none when `seconds` were not enough.
+  std::optional<Opening> openIndex(double seconds) const;
 
   void setFolders(std::vector<std::string> folders);
   /// Searches everything, and looks once more into what could not be read.

@@ -106,10 +106,10 @@ class IndexedLibrary final : public FolderLibrary {
   }
 
   bool openReader() {
-    const auto file = keeper_.openIndex(longestWait);
-    if (!file) return false;
-    if (!reader_ || *file != readFile_) reader_ = Index::openForReading(*file);
-    readFile_ = *file;
+    const auto opening = keeper_.openIndex(longestWait);
+    if (!opening) return false;
+    if (!reader_ || *opening != reads_) reader_ = Index::openForReading(opening->file);
+    reads_ = *opening;
     return reader_ != nullptr;
   }
 
@@ -117,7 +117,7 @@ class IndexedLibrary final : public FolderLibrary {
   std::shared_ptr<std::function<void()>> told_ = std::make_shared<std::function<void()>>();
   Keeper keeper_;
   std::unique_ptr<Index> reader_;  // closed before the keeper's connection, which tidies up after all others
-  std::string readFile_;
+  Keeper::Opening reads_;
 };
 
 }  // namespace

@@ -22,6 +22,10 @@ class DamagedLibrary : public LibraryFixture {
     run("PRAGMA writable_schema = ON; "
         "UPDATE sqlite_schema SET sql = replace(sql, ' WHERE 0', '') WHERE name = 'file_state'");
   }
+
+  bool comesToList(const Texts& expected) {
+    return comesToPass([&] { return titlesOf(*library_->items(homeVideo)) == expected; });
+  }
 };
 
 TEST_F(DamagedLibrary, IsSetAsideAndMadeAnew) {
@@ -68,6 +72,15 @@ TEST_F(DamagedLibrary, IsSetAsideAlsoWhereOnlyAChangeMeetsTheDamage) {
   fs::remove(folder_ / "a.mp4");
   open();
   EXPECT_TRUE(comesToPass([this] { return fs::exists(index() + ".damaged"); }));
+}
+
+TEST_F(DamagedLibrary, IsNotReadAnyMoreOnceItIsSetAside) {
+  folder_.copy(film(), "a.mp4");
+  folder_.copy(film(), "b.mp4");
+  EXPECT_EQ(titles(), Texts({"a", "b"}));
+  emptyAnIndexOfTheDatabase();
+  fs::remove(folder_ / "a.mp4");
+  EXPECT_TRUE(comesToList({"b"}));
 }
 
 }  // namespace
