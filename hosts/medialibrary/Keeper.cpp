@@ -35,19 +35,6 @@ void complain(const IndexError& error) {
   std::fprintf(stderr, "the index of the media library: %s\n", error.what());
 }
 
-/// In its own place, or else in the spare one: a full disk or a folder that may not be written to cost the memory of
-/// what was found, not the library.
-std::unique_ptr<Index> openIndex(Keeper::Options& options, const Order& order, Index::Contents contents) {
-  try {
-    return Index::open(options.index, order, contents);
-  } catch (const IndexError& error) {
-    if (options.spare.empty() || options.index == options.spare) throw;
-    complain(error);
-    options.index = options.spare;
-    return Index::open(options.index, order);
-  }
-}
-
 void pause(const KeeperDesk& desk, milliseconds duration) {
   const auto end = std::chrono::steady_clock::now() + duration;
   while (!desk.ends() && std::chrono::steady_clock::now() < end) std::this_thread::sleep_for(slice);
@@ -58,7 +45,7 @@ void work(KeeperDesk& desk, Keeper::Options& options) {
   auto contents = Index::Contents::Kept;
   while (!desk.ends()) {
     try {
-      const auto index = openIndex(options, order, std::exchange(contents, Index::Contents::Kept));
+      const auto index = Index::open(options.index, order, std::exchange(contents, Index::Contents::Kept));
       desk.open(options.index);
       KeeperShift(desk, *index, options).run(options);
       desk.close();
@@ -68,8 +55,14 @@ void work(KeeperDesk& desk, Keeper::Options& options) {
       if (error.isDamaged()) {
         desk.close();
         contents = Index::Contents::SetAside;
+        pause(desk, damageInterval);
+      } else if (!options.spare.empty() && options.index != options.spare) {
+        // A full disk or a folder that may not be written to costs the memory of what was found, not the library.
+        desk.close();
+        options.index = options.spare;
+      } else {
+        pause(desk, retryInterval);
       }
-      pause(desk, error.isDamaged() ? damageInterval : retryInterval);
     }
   }
 }

@@ -1,6 +1,8 @@
 #include "hosts/medialibrary/Database.h"
 #include "tests/host/medialibrary/LibraryFixture.h"
 
+#include <sys/mount.h>
+
 #include <fstream>
 
 namespace {
@@ -9,6 +11,8 @@ namespace fs = std::filesystem;
 
 class DamagedLibrary : public LibraryFixture {
  protected:
+  void TearDown() override { unmount(); }
+
   std::string index() const { return system_ / "data/library.db"; }
 
   void run(const std::string& statements) const {
@@ -26,6 +30,27 @@ class DamagedLibrary : public LibraryFixture {
   bool comesToList(const Texts& expected) {
     return comesToPass([&] { return titlesOf(*library_->items(homeVideo)) == expected; });
   }
+
+  /// Has the index on a disk of its own, where this process may mount one.
+  bool mountSmallDisk() {
+    fs::create_directories(disk());
+    isMounted_ = ::mount("quillop-test", disk().c_str(), "tmpfs", 0, "size=1m") == 0;
+    return isMounted_;
+  }
+  void fillDisk() const {
+    std::ofstream file(disk() + "/filler", std::ios::binary);
+    while (file << 'x' << std::flush) {
+    }
+  }
+
+ private:
+  std::string disk() const { return system_ / "data"; }
+  void unmount() {
+    library_.reset();
+    if (std::exchange(isMounted_, false)) ::umount2(disk().c_str(), MNT_DETACH);
+  }
+
+  bool isMounted_ = false;
 };
 
 TEST_F(DamagedLibrary, IsSetAsideAndMadeAnew) {
@@ -81,6 +106,21 @@ TEST_F(DamagedLibrary, IsNotReadAnyMoreOnceItIsSetAside) {
   emptyAnIndexOfTheDatabase();
   fs::remove(folder_ / "a.mp4");
   EXPECT_TRUE(comesToList({"b"}));
+}
+
+TEST_F(DamagedLibrary, ThatCannotBeWrittenAnyMoreGoesOnElsewhere) {
+  if (!mountSmallDisk()) GTEST_SKIP() << "disks cannot be mounted";
+  auto elsewhere = options({folder_.path().string()});
+  elsewhere.spare = system_ / "spare/library.db";
+  library_ = medialibrary::makeLibrary(mainLoop_, elsewhere);
+  EXPECT_EQ(titles(), Texts());
+  fillDisk();
+  Texts expected;
+  for (char name = 'a'; name <= 'z'; ++name) {
+    expected.emplace_back(100, name);
+    folder_.copy(film(), expected.back() + ".mp4");
+  }
+  EXPECT_TRUE(comesToList(expected));
 }
 
 }  // namespace
