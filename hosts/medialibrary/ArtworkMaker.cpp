@@ -55,6 +55,7 @@ bool ArtworkMaker::make(const std::string& path, int largestSide) {
   for (;;) {
     const auto answers = process_->answers();
     if (!answers.empty()) return process_->canRun() && answers.front().finding.isReadable;
+    if (process_->descriptor() < 0) return false;  // none can be started at the moment
     waitFor(*process_);
   }
 }
