@@ -34,8 +34,7 @@ void FolderSearch::beginAll(std::vector<std::string> folders) {
 void FolderSearch::add(const std::set<std::string>& folders) {
   std::set<std::string> ours;
   for (const std::string& folder : folders) {
-    const bool isRoot = std::find(roots_.begin(), roots_.end(), folder) != roots_.end();
-    if (isRoot || searched_.contains(folder)) ours.insert(folder);
+    if (isRoot(folder) || searched_.contains(folder)) ours.insert(folder);
   }
   if (ours.empty()) return;
   if (!isUnderWay()) {
@@ -83,9 +82,12 @@ void FolderSearch::found(const ScannedFolder& folder) {
 }
 
 void FolderSearch::searchAgain(const std::string& folder) {
-  watchFolder(folder);
+  const bool isWatched = watch_.add(folder);
   ScannedFolder listed;
-  if (FolderScan({folder}).next(listed)) {
+  const bool isThere = FolderScan({folder}).next(listed);
+  // What has gone is found again by the watch of the folder around it, unless nobody watches that.
+  hasUnwatchedFolders_ = hasUnwatchedFolders_ || (!isWatched && (isThere || isRoot(folder)));
+  if (isThere) {
     found(listed);
     meetChildren(listed);
   } else {
@@ -121,8 +123,7 @@ void FolderSearch::finish() {
   if (extent_ == Extent::Everything) {
     stocktaking_->loseAllOthers();
     for (const std::string& folder : watch_.folders()) {
-      const bool isRoot = std::find(roots_.begin(), roots_.end(), folder) != roots_.end();
-      if (!isRoot && !searched_.contains(folder)) watch_.remove(folder);
+      if (!isRoot(folder) && !searched_.contains(folder)) watch_.remove(folder);
     }
   }
   const Stocktaking::Outcome outcome = stocktaking_->finish();
@@ -132,6 +133,10 @@ void FolderSearch::finish() {
   // The name that was lost may have been the listed one of several. This ends: what is not listed has no name to
   // lose.
   if (outcome.hasLosses && hasOtherNames_) beginAll();
+}
+
+bool FolderSearch::isRoot(const std::string& folder) const {
+  return std::find(roots_.begin(), roots_.end(), folder) != roots_.end();
 }
 
 void FolderSearch::watchFolder(const std::string& folder) {

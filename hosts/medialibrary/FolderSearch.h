@@ -48,6 +48,7 @@ class FolderSearch {
   void meetChildren(const ScannedFolder& folder);
   void lose(const std::string& folder);
   void finish();
+  bool isRoot(const std::string& folder) const;
   void watchFolder(const std::string& folder);
 
   Index& index_;

@@ -159,6 +159,16 @@ TEST_F(WatchedLibrary, SearchesWhatItCannotWatchWhenSomebodyIsAboutToAsk) {
   EXPECT_FALSE(library_->contents(homeVideo).isSearching) << "by now it can be watched";
 }
 
+TEST_F(WatchedLibrary, DoesNotSearchForAFolderThatWasRemoved) {
+  folder_.copy(film(), "in/a.mp4");
+  EXPECT_EQ(titles(), Texts({"a"}));
+  fs::remove_all(folder_ / "in");
+  EXPECT_TRUE(comesToList({}));
+  settle();
+  library_->refresh();
+  EXPECT_FALSE(library_->contents(homeVideo).isSearching);
+}
+
 TEST_F(WatchedLibrary, TellsThatSomethingHasChanged) {
   EXPECT_EQ(titles(), Texts());
   bool isTold = false;
