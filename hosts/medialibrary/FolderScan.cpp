@@ -1,6 +1,7 @@
 #include "hosts/medialibrary/FolderScan.h"
 
 #include "hosts/medialibrary/FileDescriptor.h"
+#include "hosts/medialibrary/Paths.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -134,11 +135,6 @@ std::string pathIn(const std::string& folder, const std::string& name) {
   path += folder;
   if (!folder.ends_with('/')) path += '/';
   return path += name;
-}
-
-std::string withoutSlashAtEnd(std::string path) {
-  while (path.size() > 1 && path.ends_with('/')) path.pop_back();
-  return path;
 }
 
 }  // namespace

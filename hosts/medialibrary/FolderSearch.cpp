@@ -1,25 +1,15 @@
 #include "hosts/medialibrary/FolderSearch.h"
 
+#include "hosts/medialibrary/Paths.h"
+
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 namespace medialibrary {
 
-namespace {
-
-std::string_view folderOf(std::string_view path) {
-  return path.substr(0, path.rfind('/'));
-}
-
-bool isInOrBelow(std::string_view path, std::string_view folder) {
-  return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
-}
-
-}  // namespace
-
 void FolderSearch::beginAll(std::vector<std::string> folders) {
-  roots_ = std::move(folders);
+  roots_.clear();
+  for (std::string& folder : folders) roots_.push_back(withoutSlashAtEnd(std::move(folder)));
   extent_ = Extent::Everything;
   stocktaking_.emplace(index_);
   searched_.clear();
@@ -103,19 +93,22 @@ void FolderSearch::meetChildren(const ScannedFolder& folder) {
     newFolders_.push_back(child);
   }
   std::vector<std::string> lost;
-  const std::string prefix = folder.path + "/";
-  for (auto each = searched_.lower_bound(prefix); each != searched_.end() && each->starts_with(prefix); ++each) {
-    if (folderOf(*each) == folder.path && !inside.contains(*each)) lost.push_back(*each);
+  const std::string prefix = folder.path.ends_with('/') ? folder.path : folder.path + "/";
+  for (auto each = searched_.upper_bound(prefix); each != searched_.end() && each->starts_with(prefix); ++each) {
+    if (each->find('/', prefix.size()) == std::string::npos && !inside.contains(*each)) lost.push_back(*each);
   }
   for (const std::string& child : lost) lose(child);
 }
 
 void FolderSearch::lose(const std::string& folder) {
-  const auto isLost = [&](const std::string& each) { return isInOrBelow(each, folder); };
-  for (const std::string& each : searched_) {
-    if (isLost(each)) watch_.remove(each);
+  for (auto each = searched_.lower_bound(folder); each != searched_.end() && each->starts_with(folder);) {
+    if (isInOrBelow(*each, folder)) {
+      watch_.remove(*each);
+      each = searched_.erase(each);
+    } else {
+      ++each;
+    }
   }
-  std::erase_if(searched_, isLost);
   stocktaking_->loseFolder(folder);
 }
 

@@ -3,6 +3,7 @@
 #include "hosts/medialibrary/Database.h"
 #include "hosts/medialibrary/IndexSchema.h"
 #include "hosts/medialibrary/Listing.h"
+#include "hosts/medialibrary/Paths.h"
 #include "hosts/medialibrary/Titles.h"
 
 #include <sys/stat.h>
@@ -19,11 +20,7 @@ namespace medialibrary {
 
 namespace {
 
-/// The folder of a file, and how folders are compared: without a slash at the end, so that the root is empty.
-std::string_view folderOf(std::string_view path) {
-  return path.substr(0, path.rfind('/'));
-}
-
+/// How folders are compared: the root is empty.
 std::string_view withoutSlash(std::string_view folder) {
   return folder.ends_with('/') ? folder.substr(0, folder.size() - 1) : folder;
 }
@@ -350,13 +347,6 @@ class WritingIndex final : public DatabaseIndex {
   std::optional<Transaction> transaction_;
 };
 
-/// For the user alone: what somebody watches is nobody else's business.
-void makeFolderOf(const std::string& path) {
-  for (auto slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1)) {
-    ::mkdir(path.substr(0, slash).c_str(), 0700);  // where that fails, opening the index tells
-  }
-}
-
 /// SQLite only says that it cannot open such a file, or waits for an end that never comes.
 void expectRegularFile(const std::string& path) {
   struct stat facts {};
@@ -408,7 +398,7 @@ void setAside(const std::string& path) {
 }  // namespace
 
 std::unique_ptr<Index> Index::open(const std::string& path, const Order& order, Contents contents) {
-  makeFolderOf(path);
+  makeFolder(folderOf(path));
   expectRegularFile(path);
   try {
     if (contents == Contents::Kept) return openForWriting(path, order);

@@ -1,5 +1,7 @@
 #include "hosts/medialibrary/Stocktaking.h"
 
+#include "hosts/medialibrary/Paths.h"
+
 #include <sys/stat.h>
 
 #include <optional>
@@ -39,10 +41,6 @@ std::optional<dev_t> deviceAbove(std::string path) {
     if (::stat(path.empty() ? "/" : path.c_str(), &facts) == 0) return facts.st_dev;
   }
   return std::nullopt;
-}
-
-bool liesBelow(std::string_view path, std::string_view folder) {
-  return path.starts_with(folder) && path.substr(folder.size()).starts_with('/');
 }
 
 }  // namespace
@@ -102,7 +100,7 @@ void Stocktaking::meetNew(const VideoFile& found) {
 
 void Stocktaking::loseFolder(const std::string& path) {
   for (const std::string& folder : index_.folders()) {
-    if ((folder == path || liesBelow(folder, path)) && !compared_.contains(folder)) lose(index_.filesIn(folder));
+    if (isInOrBelow(folder, path) && !compared_.contains(folder)) lose(index_.filesIn(folder));
   }
 }
 

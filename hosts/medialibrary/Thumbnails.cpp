@@ -1,6 +1,7 @@
 #include "hosts/medialibrary/Thumbnails.h"
 
 #include "hosts/medialibrary/Folders.h"
+#include "hosts/medialibrary/Paths.h"
 #include "hosts/medialibrary/PercentEncoding.h"
 #include "hosts/medialibrary/Png.h"
 
@@ -25,7 +26,7 @@ namespace {
 constexpr std::array<ThumbnailSize, 4> sizes = {ThumbnailSize::Normal, ThumbnailSize::Large,
                                                 ThumbnailSize::ExtraLarge, ThumbnailSize::ExtraExtraLarge};
 
-const char* folderOf(ThumbnailSize size) {
+const char* folderNameOf(ThumbnailSize size) {
   switch (size) {
     case ThumbnailSize::Normal:
       return "normal";
@@ -53,14 +54,6 @@ std::string contentsOf(const std::string& path) {
   if (static_cast<std::size_t>(facts.st_size) > longest) return {};
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-/// Makes the folder and those above it, for the user alone. Its failure shows when something is written there.
-void makeFolder(const std::string& path) {
-  for (auto slash = path.find('/', 1);; slash = path.find('/', slash + 1)) {
-    ::mkdir(path.substr(0, slash).c_str(), 0700);
-    if (slash == std::string::npos) return;
-  }
 }
 
 bool writeAll(int descriptor, std::string_view bytes) {
@@ -114,7 +107,7 @@ std::optional<ThumbnailCache> ThumbnailCache::forFile(const std::string& path) {
 }
 
 std::string ThumbnailCache::pathOf(ThumbnailSize size) const {
-  return root_ + "/" + folderOf(size) + "/" + md5(uri_) + ".png";
+  return root_ + "/" + folderNameOf(size) + "/" + md5(uri_) + ".png";
 }
 
 bool ThumbnailCache::isValid(const std::string& png) const {
@@ -159,7 +152,7 @@ void ThumbnailCache::store(ThumbnailSize size, const probe::Still& still) const 
                                         {"Software", "Quillop"}});
   if (png.empty()) return;
   const std::string path = pathOf(size);
-  makeFolder(path.substr(0, path.rfind('/')));
+  makeFolder(folderOf(path));
   replaceFile(path, png);
 }
 
