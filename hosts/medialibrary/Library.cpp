@@ -16,12 +16,6 @@ namespace {
 /// Somebody looks at a list that does not appear.
 constexpr double longestWait = 5.0;
 
-class NoItems final : public host::LibraryItems {
- public:
-  std::size_t count() const override { return 0; }
-  host::LibraryItem item(std::size_t /*index*/) const override { return {}; }
-};
-
 class IndexedLibrary final : public FolderLibrary {
  public:
   IndexedLibrary(host::MainLoop& mainLoop, LibraryOptions options)
@@ -48,7 +42,7 @@ class IndexedLibrary final : public FolderLibrary {
   void prepare(std::function<void(bool isReady)> ready) override { ready(true); }
 
   std::shared_ptr<const host::LibraryItems> items(std::uint64_t mediaType) override {
-    return answer(std::shared_ptr<const host::LibraryItems>(std::make_shared<const NoItems>()),
+    return answer(std::shared_ptr<const host::LibraryItems>(std::make_shared<const host::NoItems>()),
                   [&](const Index& index) { return index.items(mediaType); });
   }
 
