@@ -70,11 +70,13 @@ void Stocktaking::meet(const VideoFile& found, const IndexedFile* known) {
 
 void Stocktaking::meetAgain(const VideoFile& found, const IndexedFile& known) {
   if (isUnchanged(found, known)) {
-    if (found != known.file) index_.move(known.id, found);
-    if (!known.isPresent) index_.setPresent(known.id, true);
+    if (found != known.file) {
+      index_.move(known.id, found);
+    } else if (!known.isPresent) {
+      index_.setPresent(known.id, true);
+    }
   } else if (isComplete(found, quietSeconds)) {
     index_.change(known.id, found);
-    if (!known.isPresent) index_.setPresent(known.id, true);
   } else {
     if (known.isPresent) index_.setPresent(known.id, false);
     outcome_.beingWritten.push_back(found);
@@ -88,7 +90,6 @@ void Stocktaking::meetNew(const VideoFile& found) {
       return;
     }
     index_.move(like.id, found);
-    if (!like.isPresent) index_.setPresent(like.id, true);
     return;
   }
   if (isComplete(found, quietSeconds)) {
