@@ -1,5 +1,6 @@
 #include "hosts/medialibrary/Thumbnails.h"
 
+#include "hosts/medialibrary/FileDescriptor.h"
 #include "hosts/medialibrary/Folders.h"
 #include "hosts/medialibrary/Paths.h"
 #include "hosts/medialibrary/PercentEncoding.h"
@@ -56,22 +57,13 @@ std::string contentsOf(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-bool writeAll(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
-    if (count < 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
-}
-
 /// Puts a file with these contents in the place of `path` in one step, readable by the user alone.
 void replaceFile(const std::string& path, const std::string& contents) {
   std::string part = path + ".XXXXXX";
-  const int descriptor = ::mkostemp(part.data(), O_CLOEXEC);  // of mode 0600
-  if (descriptor < 0) return;
-  const bool isWritten = writeAll(descriptor, contents);
-  const bool isClosed = ::close(descriptor) == 0;
+  FileDescriptor file(::mkostemp(part.data(), O_CLOEXEC));  // of mode 0600
+  if (!file) return;
+  const bool isWritten = writeAll(file.number(), contents);
+  const bool isClosed = ::close(file.release()) == 0;
   if (!isWritten || !isClosed || std::rename(part.c_str(), path.c_str()) != 0) ::unlink(part.c_str());
 }
 

@@ -6,7 +6,10 @@
 
 namespace {
 
-using namespace medialibrary;
+using medialibrary::folderOf;
+using medialibrary::isInOrBelow;
+using medialibrary::makeFolder;
+using medialibrary::withoutSlashAtEnd;
 
 TEST(Paths, FolderIsWhatStandsBeforeTheLastSlash) {
   EXPECT_EQ(folderOf("/a/b/c.mp4"), "/a/b");
