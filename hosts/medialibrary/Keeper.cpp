@@ -26,7 +26,7 @@ constexpr milliseconds slice{50};
 constexpr milliseconds longestEnd{2000};
 
 /// On Linux a nice value belongs to a thread. Where it cannot be set, nothing is lost but courtesy.
-void giveWay() {
+void giveWayToOtherThreads() {
   constexpr int nice = 10;
   setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), nice);
 }
@@ -74,7 +74,7 @@ class Keeper::Thread {
  public:
   Thread(Options options, std::function<void()> changed) : desk_(std::make_shared<KeeperDesk>(std::move(changed))) {
     std::thread([desk = desk_, ended = ended_, options = std::move(options)]() mutable {
-      giveWay();
+      giveWayToOtherThreads();
       work(*desk, options);
       ended->ring();
     }).detach();

@@ -8,7 +8,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds reportInterval{200};
+constexpr std::chrono::milliseconds tellInterval{200};
 
 }  // namespace
 
@@ -78,7 +78,7 @@ void KeeperDesk::report(Keeper::State state) {
 
 void KeeperDesk::tellInTime() {
   const std::lock_guard lock(mutex_);
-  if (!isTold_ && Clock::now() >= toldAt_ + reportInterval) tell();
+  if (!isTold_ && Clock::now() >= toldAt_ + tellInterval) tell();
 }
 
 bool KeeperDesk::hasUntold() const {

@@ -62,6 +62,10 @@ void KeeperShift::notice(const FolderChanges& changes) {
 
 void KeeperShift::searchOn() {
   const auto now = Clock::now();
+  if (recheck_ && now >= *recheck_) {
+    recheck_.reset();
+    changed_.merge(std::exchange(unfinished_, {}));
+  }
   if (!search_.isUnderWay() && !changed_.empty() && now >= nextSearch_) search_.add(std::exchange(changed_, {}));
   if (!search_.isUnderWay()) return;
   search_.goOn(now + searchSlice);
@@ -78,17 +82,13 @@ void KeeperShift::endSearch() {
 }
 
 void KeeperShift::look() {
-  if (recheck_ && Clock::now() >= *recheck_) {
-    recheck_.reset();
-    changed_.merge(std::exchange(unfinished_, {}));
-  }
   index_.begin();
   settled_ = looking_.settle();
   index_.commit();
   changed_.merge(looking_.outdatedFolders());
   isDirty_ = isDirty_ || settled_ > 0;
   looking_.feed();
-  if (!looking_.canLook() && !std::exchange(isTold_, true)) {
+  if (!looking_.canLook() && !std::exchange(hasComplained_, true)) {
     std::fprintf(stderr, "the program that looks into videos cannot be started\n");
   }
 }

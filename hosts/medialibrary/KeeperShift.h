@@ -55,7 +55,7 @@ class KeeperShift {
   std::size_t waiting_ = 0;
   std::uint64_t version_ = 0;
   bool isDirty_ = true;
-  bool isTold_ = false;
+  bool hasComplained_ = false;
 };
 
 }  // namespace medialibrary

@@ -276,7 +276,7 @@ SandboxWalls enterSandbox(const SandboxRules& rules) {
   return walls;
 }
 
-void giveWay() {
+void giveWayToOtherProcesses() {
   constexpr int nicest = 19;
   ::setpriority(PRIO_PROCESS, 0, nicest);
   const sched_param parameters{};

@@ -27,7 +27,7 @@ struct SandboxWalls {
 SandboxWalls enterSandbox(const SandboxRules& rules);
 
 /// The process is to work only while nobody else wants the processor or the disk.
-void giveWay();
+void giveWayToOtherProcesses();
 
 /// From now on this process ends when the process `starter`, its parent, does. False if that has ended already.
 bool endWithStarter(pid_t starter);
