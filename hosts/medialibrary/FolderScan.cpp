@@ -154,7 +154,7 @@ struct FolderScan::State {
       hasOtherNames = hasOtherNames || given->second != path;  // one to begin at may lie in another
       return std::nullopt;
     }
-    ScannedFolder folder{std::move(path), facts.st_dev, {}, {}};
+    ScannedFolder folder{std::move(path), {}, {}};
     const std::vector<Entry> entries = entriesOf(directory.get());
     const std::vector<std::optional<Facts>> known = factsOf(entries, ::dirfd(directory.get()));
     for (std::size_t i = 0; i < entries.size(); ++i) add(entries[i], known[i], folder);

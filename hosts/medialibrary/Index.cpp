@@ -127,12 +127,11 @@ class DatabaseIndex : public Index {
         "SELECT (SELECT count(*) FROM file INDEXED BY listed WHERE media_type = ? AND " +
         std::string(listedFilesOnly) +
         "), (SELECT count(*) FROM file WHERE is_present = 1 AND is_known = 0)"
-        ", (SELECT count(*) FROM file WHERE is_present = 1 AND is_known = 1 AND is_readable = 0)"
-        ", (SELECT count(*) FROM file WHERE is_present = 1 AND is_known = 1)";
+        ", (SELECT count(*) FROM file WHERE is_present = 1 AND is_known = 1 AND is_readable = 0)";
     Query query(*database_, statement);
     query.with(stored(mediaType)).next();
     const auto count = [&](int column) { return static_cast<std::size_t>(query.integer(column)); };
-    return {count(0), count(1), count(2), count(3)};
+    return {count(0), count(1), count(2)};
   }
 
   std::vector<UnreadableFile> unreadableFiles(std::size_t most) const override {

@@ -101,7 +101,6 @@ class Index {
     std::size_t items = 0;       ///< listed under the media type that was asked for
     std::size_t waiting = 0;     ///< present, not looked into yet
     std::size_t unreadable = 0;  ///< present, looked into in vain
-    std::size_t known = 0;       ///< present and looked into, whatever was found
   };
   virtual Counts counts(std::uint64_t mediaType) const = 0;
 

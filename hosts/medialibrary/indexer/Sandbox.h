@@ -13,7 +13,8 @@ struct SandboxRules {
   std::uint64_t mostMemory = 0;  ///< bytes of data that it may hold; allocating more fails
 };
 
-/// Which walls stand. A kernel may lack either, or a container forbid them; the process does its work all the same.
+/// Which walls stand. A kernel may lack either, or a container forbid them; the process does its work all the same,
+/// and only tests ask.
 struct SandboxWalls {
   bool confinesFiles = false;  ///< Landlock
   bool filtersCalls = false;   ///< seccomp
