@@ -77,7 +77,7 @@ class ReplacedProcess final : public IndexerProcess {
   void watchDeadline();
   /// The process is gone, or has hung up and is going.
   void takeLeave();
-  /// Whether the file under way is to be tried once more, alone in a process of its own.
+  /// Whether the file under way is to be tried once more, as the first of a new process.
   bool deservesRetry(int status) const;
   void judge(int status);
   void dismiss(const char* reason);

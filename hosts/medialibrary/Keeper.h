@@ -63,7 +63,7 @@ class Keeper {
   void refresh();
   /// How much of the machine looking into files may take from now on.
   void setPace(Pace pace);
-  /// The index turned out to be damaged: it is set aside, and everything is looked into again.
+  /// The index turned out to be damaged: it is set aside, whatever a check says, and everything is looked into again.
   void rebuild();
 
  private:
