@@ -6,16 +6,6 @@
 
 namespace desktop {
 
-namespace {
-
-class NoItems final : public host::LibraryItems {
- public:
-  std::size_t count() const override { return 0; }
-  host::LibraryItem item(std::size_t /*index*/) const override { return {}; }
-};
-
-}  // namespace
-
 GuardedLibrary::GuardedLibrary(host::MainLoop& mainLoop, LibraryAccess& access, Ask ask, Wait wait, Open open)
     : mainLoop_(mainLoop), access_(access), ask_(std::move(ask)), wait_(std::move(wait)), open_(std::move(open)) {
   connect(&access_, &LibraryAccess::answered, this, [this] { openOrClose(); });
@@ -59,7 +49,7 @@ void GuardedLibrary::prepare(std::function<void(bool isReady)> ready) {
 
 std::shared_ptr<const host::LibraryItems> GuardedLibrary::items(std::uint64_t mediaType) {
   auto* const library = readable();
-  auto items = library != nullptr ? library->items(mediaType) : std::make_shared<const NoItems>();
+  auto items = library != nullptr ? library->items(mediaType) : std::make_shared<const host::NoItems>();
   listed_ = items;
   return items;
 }

@@ -44,7 +44,8 @@ std::optional<probe::Still> ArtworkMaker::picture(const std::string& path, int s
   return std::nullopt;  // out of memory
 }
 
-bool ArtworkMaker::make(const std::string& path, int largestSide) {
+/// Where it fails, the process is not used any more: it may still have something to say about this video.
+bool ArtworkMaker::make(const std::string& path, int largestSide) try {
   if (!process_) {
     IndexerOptions options;
     options.program = indexer_;
@@ -55,8 +56,11 @@ bool ArtworkMaker::make(const std::string& path, int largestSide) {
   for (;;) {
     const auto answers = process_->answers();
     if (!answers.empty()) return process_->canRun() && answers.front().finding.isReadable;
+    if (process_->descriptor() < 0) return false;  // none can be started at the moment
     waitFor(*process_);
   }
+} catch (const std::exception&) {
+  return false;  // out of memory
 }
 
 }  // namespace medialibrary

@@ -79,10 +79,6 @@ std::string Database::text(std::string_view statement) const {
   return query.next() ? std::string(query.text(0)) : std::string();
 }
 
-std::int64_t Database::changes() const {
-  return sqlite3_changes64(connection_.get());
-}
-
 bool Database::isInTransaction() const {
   return sqlite3_get_autocommit(connection_.get()) == 0;
 }

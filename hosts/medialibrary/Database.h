@@ -41,8 +41,6 @@ class Database {
   std::int64_t number(std::string_view statement) const;
   /// The same as text; empty where there is none.
   std::string text(std::string_view statement) const;
-  /// How many rows the last INSERT, UPDATE or DELETE was about.
-  std::int64_t changes() const;
   /// Whether a transaction is open. SQLite ends one by itself when it cannot go on, on a full disk for example.
   bool isInTransaction() const;
   /// Puts the files in order when this is the last connection to end: what the write-ahead log holds is written into

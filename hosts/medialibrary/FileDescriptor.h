@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <string_view>
 #include <utility>
 
 namespace medialibrary {
@@ -28,5 +29,8 @@ class FileDescriptor {
  private:
   int number_ = -1;
 };
+
+/// Waits until everything is written; false where that is impossible.
+bool writeAll(int descriptor, std::string_view bytes);
 
 }  // namespace medialibrary

@@ -1,6 +1,7 @@
 #include "hosts/medialibrary/FolderScan.h"
 
 #include "hosts/medialibrary/FileDescriptor.h"
+#include "hosts/medialibrary/Paths.h"
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -16,6 +17,7 @@
 #include <functional>
 #include <optional>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -135,24 +137,24 @@ std::string pathIn(const std::string& folder, const std::string& name) {
   return path += name;
 }
 
-std::string withoutSlashAtEnd(std::string path) {
-  while (path.size() > 1 && path.ends_with('/')) path.pop_back();
-  return path;
-}
-
 }  // namespace
 
 struct FolderScan::State {
-  std::vector<std::string> waiting;  // the next one last
-  std::unordered_set<Identity, IdentityHash> folders;
+  std::vector<std::string> waiting;                                 // the next one last
+  std::unordered_map<Identity, std::string, IdentityHash> folders;  // under which path each was given
   std::unordered_set<Identity, IdentityHash> files;
+  bool hasOtherNames = false;
 
   std::optional<ScannedFolder> search(std::string path) {
     const Directory directory = openDirectory(path);
     struct stat facts {};
     if (!directory || ::fstat(::dirfd(directory.get()), &facts) != 0) return std::nullopt;
-    if (!folders.insert({facts.st_dev, facts.st_ino}).second) return std::nullopt;
-    ScannedFolder folder{std::move(path), facts.st_dev, {}, {}};
+    const auto [given, isNew] = folders.try_emplace({facts.st_dev, facts.st_ino}, path);
+    if (!isNew) {
+      hasOtherNames = hasOtherNames || given->second != path;  // one to begin at may lie in another
+      return std::nullopt;
+    }
+    ScannedFolder folder{std::move(path), {}, {}};
     const std::vector<Entry> entries = entriesOf(directory.get());
     const std::vector<std::optional<Facts>> known = factsOf(entries, ::dirfd(directory.get()));
     for (std::size_t i = 0; i < entries.size(); ++i) add(entries[i], known[i], folder);
@@ -165,7 +167,10 @@ struct FolderScan::State {
     if (path.size() >= PATH_MAX) return;
     if (entry.type == DT_DIR || (facts && S_ISDIR(facts->mode))) return folder.inside.push_back(std::move(path));
     if (!facts || !S_ISREG(facts->mode) || !endsLikeAVideo(entry.name)) return;
-    if (!files.insert(facts->identity).second) return;
+    if (!files.insert(facts->identity).second) {
+      hasOtherNames = true;
+      return;
+    }
     folder.files.push_back({std::move(path), facts->size, facts->modified.tv_sec, facts->modified.tv_nsec,
                             facts->identity.device, facts->identity.inode});
   }
@@ -191,6 +196,10 @@ bool FolderScan::next(ScannedFolder& folder) {
     return true;
   }
   return false;
+}
+
+bool FolderScan::hasOtherNames() const {
+  return state_->hasOtherNames;
 }
 
 namespace {

@@ -2,8 +2,6 @@
 
 #include "hosts/medialibrary/VideoFile.h"
 
-#include <sys/types.h>
-
 #include <memory>
 #include <string>
 #include <vector>
@@ -13,7 +11,6 @@ namespace medialibrary {
 /// A folder as a scan found it.
 struct ScannedFolder {
   std::string path;                 ///< absolute, without a slash at its end unless it is the root, as bytes
-  dev_t device = 0;                 ///< of the folder itself
   std::vector<VideoFile> files;     ///< what lies in it and may be a video, by name
   std::vector<std::string> inside;  ///< the paths of the folders in it, and of the links to folders, by name
 };
@@ -36,6 +33,8 @@ class FolderScan {
   /// The next folder, the outer one before those inside it; false at the end, which leaves `folder` as it is. Of the
   /// folders `inside`, those are not given once more that have been given already under another path.
   bool next(ScannedFolder& folder);
+  /// Whether a folder or file was left out so far because it had been given under another name.
+  bool hasOtherNames() const;
 
  private:
   struct State;

@@ -1,25 +1,15 @@
 #include "hosts/medialibrary/FolderSearch.h"
 
+#include "hosts/medialibrary/Paths.h"
+
 #include <algorithm>
-#include <string_view>
 #include <utility>
 
 namespace medialibrary {
 
-namespace {
-
-std::string_view folderOf(std::string_view path) {
-  return path.substr(0, path.rfind('/'));
-}
-
-bool isInOrBelow(std::string_view path, std::string_view folder) {
-  return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
-}
-
-}  // namespace
-
 void FolderSearch::beginAll(std::vector<std::string> folders) {
-  roots_ = std::move(folders);
+  roots_.clear();
+  for (std::string& folder : folders) roots_.push_back(withoutSlashAtEnd(std::move(folder)));
   extent_ = Extent::Everything;
   stocktaking_.emplace(index_);
   searched_.clear();
@@ -34,8 +24,7 @@ void FolderSearch::beginAll(std::vector<std::string> folders) {
 void FolderSearch::add(const std::set<std::string>& folders) {
   std::set<std::string> ours;
   for (const std::string& folder : folders) {
-    const bool isRoot = std::find(roots_.begin(), roots_.end(), folder) != roots_.end();
-    if (isRoot || searched_.contains(folder)) ours.insert(folder);
+    if (isRoot(folder) || searched_.contains(folder)) ours.insert(folder);
   }
   if (ours.empty()) return;
   if (!isUnderWay()) {
@@ -69,6 +58,7 @@ void FolderSearch::step() {
 void FolderSearch::scanOn() {
   ScannedFolder folder;
   if (!scan_->next(folder)) {
+    hasOtherNames_ = hasOtherNames_ || scan_->hasOtherNames();
     scan_ = nullptr;
     return;
   }
@@ -82,9 +72,12 @@ void FolderSearch::found(const ScannedFolder& folder) {
 }
 
 void FolderSearch::searchAgain(const std::string& folder) {
-  watchFolder(folder);
+  const bool isWatched = watch_.add(folder);
   ScannedFolder listed;
-  if (FolderScan({folder}).next(listed)) {
+  const bool isThere = FolderScan({folder}).next(listed);
+  // What has gone is found again by the watch of the folder around it, unless nobody watches that.
+  hasUnwatchedFolders_ = hasUnwatchedFolders_ || (!isWatched && (isThere || isRoot(folder)));
+  if (isThere) {
     found(listed);
     meetChildren(listed);
   } else {
@@ -100,19 +93,22 @@ void FolderSearch::meetChildren(const ScannedFolder& folder) {
     newFolders_.push_back(child);
   }
   std::vector<std::string> lost;
-  const std::string prefix = folder.path + "/";
-  for (auto each = searched_.lower_bound(prefix); each != searched_.end() && each->starts_with(prefix); ++each) {
-    if (folderOf(*each) == folder.path && !inside.contains(*each)) lost.push_back(*each);
+  const std::string prefix = folder.path.ends_with('/') ? folder.path : folder.path + "/";
+  for (auto each = searched_.upper_bound(prefix); each != searched_.end() && each->starts_with(prefix); ++each) {
+    if (each->find('/', prefix.size()) == std::string::npos && !inside.contains(*each)) lost.push_back(*each);
   }
   for (const std::string& child : lost) lose(child);
 }
 
 void FolderSearch::lose(const std::string& folder) {
-  const auto isLost = [&](const std::string& each) { return isInOrBelow(each, folder); };
-  for (const std::string& each : searched_) {
-    if (isLost(each)) watch_.remove(each);
+  for (auto each = searched_.lower_bound(folder); each != searched_.end() && each->starts_with(folder);) {
+    if (isInOrBelow(*each, folder)) {
+      watch_.remove(*each);
+      each = searched_.erase(each);
+    } else {
+      ++each;
+    }
   }
-  std::erase_if(searched_, isLost);
   stocktaking_->loseFolder(folder);
 }
 
@@ -120,16 +116,20 @@ void FolderSearch::finish() {
   if (extent_ == Extent::Everything) {
     stocktaking_->loseAllOthers();
     for (const std::string& folder : watch_.folders()) {
-      const bool isRoot = std::find(roots_.begin(), roots_.end(), folder) != roots_.end();
-      if (!isRoot && !searched_.contains(folder)) watch_.remove(folder);
+      if (!isRoot(folder) && !searched_.contains(folder)) watch_.remove(folder);
     }
   }
   const Stocktaking::Outcome outcome = stocktaking_->finish();
   stocktaking_.reset();
   for (const VideoFile& file : outcome.beingWritten) unfinishedFolders_.emplace(folderOf(file.path));
   hasOtherNames_ = hasOtherNames_ || outcome.hasOtherNames;
-  // The name that was lost may have been the listed one of several.
-  if (outcome.hasLosses && hasOtherNames_ && extent_ == Extent::Changes) beginAll();
+  // The name that was lost may have been the listed one of several. This ends: what is not listed has no name to
+  // lose.
+  if (outcome.hasLosses && hasOtherNames_) beginAll();
+}
+
+bool FolderSearch::isRoot(const std::string& folder) const {
+  return std::find(roots_.begin(), roots_.end(), folder) != roots_.end();
 }
 
 void FolderSearch::watchFolder(const std::string& folder) {

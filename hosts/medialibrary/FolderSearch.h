@@ -48,6 +48,7 @@ class FolderSearch {
   void meetChildren(const ScannedFolder& folder);
   void lose(const std::string& folder);
   void finish();
+  bool isRoot(const std::string& folder) const;
   void watchFolder(const std::string& folder);
 
   Index& index_;
@@ -63,7 +64,7 @@ class FolderSearch {
   std::unique_ptr<FolderScan> scan_;
   std::vector<std::string> newFolders_;  // to be scanned with all below
   std::set<std::string> changedFolders_;
-  bool hasOtherNames_ = false;  // some file has names of which only one is listed
+  bool hasOtherNames_ = false;  // some file or folder has names of which only one is listed
 };
 
 }  // namespace medialibrary

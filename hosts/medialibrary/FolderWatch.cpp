@@ -1,6 +1,7 @@
 #include "hosts/medialibrary/FolderWatch.h"
 
 #include "hosts/medialibrary/FileDescriptor.h"
+#include "hosts/medialibrary/Paths.h"
 
 #include <fcntl.h>
 #include <linux/magic.h>
@@ -78,10 +79,6 @@ class Mounts {
   FileDescriptor file_{::open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC)};
   std::string table_ = file_ ? contentsOf(file_) : std::string();
 };
-
-bool isInside(const std::string& folder, const std::string& outer) {
-  return folder.size() > outer.size() && folder.starts_with(outer) && folder[outer.size()] == '/';
-}
 
 class InotifyWatch final : public FolderWatch {
  public:
@@ -166,8 +163,9 @@ class InotifyWatch final : public FolderWatch {
   /// The folders inside have gone to where `folder` has, and nothing is said of them.
   void forget(const std::string& folder, FolderChanges& changes) {
     std::vector<std::string> stale;
-    for (const auto& [path, watch] : watches_) {
-      if (path == folder || isInside(path, folder)) stale.push_back(path);
+    for (auto each = watches_.lower_bound(folder); each != watches_.end() && each->first.starts_with(folder);
+         ++each) {
+      if (isInOrBelow(each->first, folder)) stale.push_back(each->first);
     }
     for (const std::string& path : stale) remove(path);
     changes.folders.insert(stale.begin(), stale.end());

@@ -1,5 +1,7 @@
 #include "hosts/medialibrary/Folders.h"
 
+#include "hosts/medialibrary/Paths.h"
+
 #include <pwd.h>
 #include <unistd.h>
 
@@ -21,11 +23,6 @@ std::optional<std::string> absolutePathIn(const char* variable) {
   return value;
 }
 
-std::string withoutTrailingSlashes(std::string path) {
-  while (path.size() > 1 && path.back() == '/') path.pop_back();
-  return path;
-}
-
 /// What stands between the quotation marks, as a shell would read it.
 std::optional<std::string> unquoted(std::string_view text) {
   if (text.empty() || text.front() != '"') return std::nullopt;
@@ -45,9 +42,9 @@ std::optional<std::string> folderIn(std::string_view line, std::string_view key)
   if (!line.starts_with(key) || line.substr(key.size(), 1) != "=") return std::nullopt;
   auto value = unquoted(line.substr(key.size() + 1));
   if (!value) return std::nullopt;
-  if (value->starts_with("/")) return withoutTrailingSlashes(*value);
+  if (value->starts_with("/")) return withoutSlashAtEnd(*value);
   if (*value != home && !value->starts_with("$HOME/")) return std::nullopt;
-  return withoutTrailingSlashes(homeFolder() + value->substr(home.size()));
+  return withoutSlashAtEnd(homeFolder() + value->substr(home.size()));
 }
 
 std::optional<std::string> namedVideosFolder() {
@@ -63,12 +60,12 @@ std::optional<std::string> namedVideosFolder() {
 }  // namespace
 
 std::string homeFolder() {
-  if (const auto home = absolutePathIn("HOME")) return withoutTrailingSlashes(*home);
+  if (const auto home = absolutePathIn("HOME")) return withoutSlashAtEnd(*home);
   std::array<char, 4096> memory{};
   struct passwd entry {};
   struct passwd* found = nullptr;
   getpwuid_r(getuid(), &entry, memory.data(), memory.size(), &found);
-  return found != nullptr && found->pw_dir[0] == '/' ? withoutTrailingSlashes(found->pw_dir) : "/";
+  return found != nullptr && found->pw_dir[0] == '/' ? withoutSlashAtEnd(found->pw_dir) : "/";
 }
 
 std::string cacheFolder() {

@@ -3,6 +3,7 @@
 #include "hosts/medialibrary/Database.h"
 #include "hosts/medialibrary/IndexSchema.h"
 #include "hosts/medialibrary/Listing.h"
+#include "hosts/medialibrary/Paths.h"
 #include "hosts/medialibrary/Titles.h"
 
 #include <sys/stat.h>
@@ -19,11 +20,7 @@ namespace medialibrary {
 
 namespace {
 
-/// The folder of a file, and how folders are compared: without a slash at the end, so that the root is empty.
-std::string_view folderOf(std::string_view path) {
-  return path.substr(0, path.rfind('/'));
-}
-
+/// How folders are compared: the root is empty.
 std::string_view withoutSlash(std::string_view folder) {
   return folder.ends_with('/') ? folder.substr(0, folder.size() - 1) : folder;
 }
@@ -130,12 +127,11 @@ class DatabaseIndex : public Index {
         "SELECT (SELECT count(*) FROM file INDEXED BY listed WHERE media_type = ? AND " +
         std::string(listedFilesOnly) +
         "), (SELECT count(*) FROM file WHERE is_present = 1 AND is_known = 0)"
-        ", (SELECT count(*) FROM file WHERE is_present = 1 AND is_known = 1 AND is_readable = 0)"
-        ", (SELECT count(*) FROM file WHERE is_present = 1 AND is_known = 1)";
+        ", (SELECT count(*) FROM file WHERE is_present = 1 AND is_known = 1 AND is_readable = 0)";
     Query query(*database_, statement);
     query.with(stored(mediaType)).next();
     const auto count = [&](int column) { return static_cast<std::size_t>(query.integer(column)); };
-    return {count(0), count(1), count(2), count(3)};
+    return {count(0), count(1), count(2)};
   }
 
   std::vector<UnreadableFile> unreadableFiles(std::size_t most) const override {
@@ -350,13 +346,6 @@ class WritingIndex final : public DatabaseIndex {
   std::optional<Transaction> transaction_;
 };
 
-/// For the user alone: what somebody watches is nobody else's business.
-void makeFolderOf(const std::string& path) {
-  for (auto slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1)) {
-    ::mkdir(path.substr(0, slash).c_str(), 0700);  // where that fails, opening the index tells
-  }
-}
-
 /// SQLite only says that it cannot open such a file, or waits for an end that never comes.
 void expectRegularFile(const std::string& path) {
   struct stat facts {};
@@ -407,11 +396,11 @@ void setAside(const std::string& path) {
 
 }  // namespace
 
-std::unique_ptr<Index> Index::open(const std::string& path, const Order& order) {
-  makeFolderOf(path);
+std::unique_ptr<Index> Index::open(const std::string& path, const Order& order, Contents contents) {
+  makeFolder(folderOf(path));
   expectRegularFile(path);
   try {
-    return openForWriting(path, order);
+    if (contents == Contents::Kept) return openForWriting(path, order);
   } catch (const IndexError& error) {
     if (!error.isDamaged()) throw;
   }

@@ -40,13 +40,18 @@ struct IndexedFile {
 /// committed last, and wait for nobody. Every operation may throw `IndexError`.
 class Index {
  public:
+  /// What becomes of an index that is there.
+  enum class Contents {
+    Kept,
+    SetAside,  ///< in any case: it turned out to be damaged in a way that nothing told when it was opened
+  };
   /// The index in the file `path`, made where there is none, its folder included; its schema is brought up to date.
   /// What is not an index, fails SQLite's quick check, or comes from a newer version of the app is set aside under
   /// the same name with ".damaged" behind it, and a new one is made. `order` gives the order of titles; rows that
   /// were sorted by another one are sorted anew; it outlives the index. Creating one is the business of the one
   /// process that writes. What is no regular file, or must not be written, is an error, not damage. Connections that
   /// were opened for reading before stay with what was set aside.
-  static std::unique_ptr<Index> open(const std::string& path, const Order& order);
+  static std::unique_ptr<Index> open(const std::string& path, const Order& order, Contents contents = Contents::Kept);
   /// For reading only, and without checking anything; none where there is no index of this version yet. What changes
   /// files throws.
   static std::unique_ptr<Index> openForReading(const std::string& path);
@@ -96,7 +101,6 @@ class Index {
     std::size_t items = 0;       ///< listed under the media type that was asked for
     std::size_t waiting = 0;     ///< present, not looked into yet
     std::size_t unreadable = 0;  ///< present, looked into in vain
-    std::size_t known = 0;       ///< present and looked into, whatever was found
   };
   virtual Counts counts(std::uint64_t mediaType) const = 0;
 

@@ -97,7 +97,7 @@ int spawn(const IndexerOptions& options, int connection, pid_t& process) {
                        pointersTo(arguments).data(), pointersTo(environment).data());
 }
 
-bool passes(int error) {
+bool isTemporary(int error) {
   return error == EAGAIN || error == ENOMEM || error == EMFILE || error == ENFILE || error == ETXTBSY;
 }
 
@@ -107,37 +107,36 @@ std::unique_ptr<IndexerChild> IndexerChild::start(const IndexerOptions& options,
   std::array<int, 2> ends{};
   start = IndexerStart::FailedForNow;
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) return nullptr;
+  FileDescriptor connection(ends[0]);
+  const FileDescriptor itsEnd(ends[1]);
   pid_t process = 0;
-  const int error = spawn(options, ends[1], process);
-  ::close(ends[1]);
+  const int error = spawn(options, itsEnd.number(), process);
   if (error != 0) {
-    ::close(ends[0]);
-    if (!passes(error)) start = IndexerStart::FailedForGood;
+    if (!isTemporary(error)) start = IndexerStart::FailedForGood;
     return nullptr;
   }
   start = IndexerStart::Started;
-  const auto processDescriptor = static_cast<int>(::syscall(SYS_pidfd_open, process, 0));  // closed on exec
-  return std::unique_ptr<IndexerChild>(new IndexerChild(process, ends[0], processDescriptor));
+  FileDescriptor processDescriptor(static_cast<int>(::syscall(SYS_pidfd_open, process, 0)));  // closed on exec
+  return std::unique_ptr<IndexerChild>(
+      new IndexerChild(process, std::move(connection), std::move(processDescriptor)));
 }
 
 IndexerChild::~IndexerChild() {
   kill();
-  ::close(connection_);
-  if (processDescriptor_ >= 0) ::close(processDescriptor_);
   int status = 0;
   while (!status_ && ::waitpid(process_, &status, 0) < 0 && errno == EINTR) {
   }
 }
 
 std::size_t IndexerChild::send(std::string_view bytes) {
-  const ssize_t count = ::send(connection_, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+  const ssize_t count = ::send(connection_.number(), bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
   return count > 0 ? static_cast<std::size_t>(count) : 0;
 }
 
 IndexerChild::Reception IndexerChild::receive(std::string& bytes) {
   std::array<char, 16 * 1024> piece{};
   if (hasHungUp_) return Reception::HungUp;
-  const ssize_t count = ::recv(connection_, piece.data(), piece.size(), MSG_DONTWAIT);
+  const ssize_t count = ::recv(connection_.number(), piece.data(), piece.size(), MSG_DONTWAIT);
   if (count > 0) {
     bytes.append(piece.data(), static_cast<std::size_t>(count));
     return Reception::Came;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hosts/medialibrary/FileDescriptor.h"
 #include "hosts/medialibrary/IndexerProcess.h"
 
 #include <sys/types.h>
@@ -8,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace medialibrary {
 
@@ -28,7 +30,7 @@ class IndexerChild {
 
   /// The connection, until the process has hung up; then what becomes readable when the process has ended, or
   /// negative where the kernel has no such thing.
-  int descriptor() const { return hasHungUp_ ? processDescriptor_ : connection_; }
+  int descriptor() const { return (hasHungUp_ ? processDescriptor_ : connection_).number(); }
 
   /// Sends as much of the beginning of `bytes` as goes without waiting; how much that was.
   std::size_t send(std::string_view bytes);
@@ -48,12 +50,12 @@ class IndexerChild {
   double work() const;
 
  private:
-  IndexerChild(pid_t process, int connection, int processDescriptor)
-      : process_(process), connection_(connection), processDescriptor_(processDescriptor) {}
+  IndexerChild(pid_t process, FileDescriptor connection, FileDescriptor processDescriptor)
+      : process_(process), connection_(std::move(connection)), processDescriptor_(std::move(processDescriptor)) {}
 
   pid_t process_;
-  int connection_;
-  int processDescriptor_;
+  FileDescriptor connection_;
+  FileDescriptor processDescriptor_;
   bool hasHungUp_ = false;
   std::optional<int> status_;
 };

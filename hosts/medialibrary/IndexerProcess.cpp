@@ -20,6 +20,7 @@ using Clock = std::chrono::steady_clock;
 /// So that the process never idles between two files. What is on its way when it dies is just sent again.
 constexpr std::size_t tasksAhead = 4;
 constexpr int mostVainStarts = 3;
+constexpr std::chrono::seconds startInterval{1};  // while the system has no process or no memory to spare
 /// In background priority, a busy machine may leave a process hardly any time.
 constexpr int mostExtensions = 11;
 
@@ -76,7 +77,7 @@ class ReplacedProcess final : public IndexerProcess {
   void watchDeadline();
   /// The process is gone, or has hung up and is going.
   void takeLeave();
-  /// Whether the file under way is to be tried once more, alone in a process of its own.
+  /// Whether the file under way is to be tried once more, as the first of a new process.
   bool deservesRetry(int status) const;
   void judge(int status);
   void dismiss(const char* reason);
@@ -89,6 +90,7 @@ class ReplacedProcess final : public IndexerProcess {
   IndexerOptions options_;
   bool canRun_ = true;
   int vainStarts_ = 0;  // since the last one that opened a file
+  Clock::time_point startsAgainAt_;
 
   std::deque<IndexerTask> tasks_;  // without an answer, oldest first
   std::vector<IndexerAnswer> answers_;
@@ -118,12 +120,13 @@ void ReplacedProcess::advance() {
 }
 
 void ReplacedProcess::start() {
-  while (canRun_ && !child_) {
-    IndexerStart result{};
-    child_ = IndexerChild::start(options_, result);
-    if (child_) break;
-    if (result == IndexerStart::FailedForGood) vainStarts_ = mostVainStarts;
-    countVainStart();
+  if (Clock::now() < startsAgainAt_) return;
+  IndexerStart result{};
+  child_ = IndexerChild::start(options_, result);
+  if (result == IndexerStart::FailedForNow) startsAgainAt_ = Clock::now() + startInterval;
+  if (result == IndexerStart::FailedForGood) {
+    canRun_ = false;
+    giveUp();
   }
 }
 
@@ -156,7 +159,7 @@ void ReplacedProcess::beginWait() {
 std::optional<Clock::time_point> ReplacedProcess::deadline() const {
   constexpr std::chrono::milliseconds soon{20};
   if (!answers_.empty()) return Clock::now();
-  if (!child_) return std::nullopt;
+  if (!child_) return tasks_.empty() ? std::nullopt : std::optional(startsAgainAt_);
   if (isHangingUp_ || !unsent_.empty()) return Clock::now() + soon;
   if (sent_ == 0) return std::nullopt;
   return endOfPatience();

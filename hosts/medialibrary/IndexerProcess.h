@@ -49,13 +49,15 @@ class IndexerProcess {
   virtual void add(IndexerTask task) = 0;
   /// How many tasks have no answer yet.
   virtual std::size_t unanswered() const = 0;
-  /// To be polled for reading; changes when the process is replaced. Negative while there is none.
+  /// To be polled for reading; changes when the process is replaced. Negative while there is none, because there
+  /// was no task yet or because none can be started at the moment.
   virtual int descriptor() const = 0;
   /// When `answers` has to be called at the latest though the descriptor is silent; none while nothing is under way.
   virtual std::optional<std::chrono::steady_clock::time_point> deadline() const = 0;
   /// The answers that have come in, in the order of the tasks; looks after the process, stopping it at its deadline
   /// and replacing it as needed. A program that cannot be started at all answers every task as unreadable with that
-  /// reason and `canRun` says so.
+  /// reason and `canRun` says so; one that cannot be started at the moment, for lack of memory for example, is
+  /// waited for.
   virtual std::vector<IndexerAnswer> answers() = 0;
   /// False once the program turned out not to start. What it was given is no fault of the files then.
   virtual bool canRun() const = 0;

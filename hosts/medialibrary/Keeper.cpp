@@ -26,26 +26,13 @@ constexpr milliseconds slice{50};
 constexpr milliseconds longestEnd{2000};
 
 /// On Linux a nice value belongs to a thread. Where it cannot be set, nothing is lost but courtesy.
-void giveWay() {
+void giveWayToOtherThreads() {
   constexpr int nice = 10;
   setpriority(PRIO_PROCESS, static_cast<id_t>(gettid()), nice);
 }
 
 void complain(const IndexError& error) {
   std::fprintf(stderr, "the index of the media library: %s\n", error.what());
-}
-
-/// In its own place, or else in the spare one: a full disk or a folder that may not be written to cost the memory of
-/// what was found, not the library.
-std::unique_ptr<Index> openIndex(Keeper::Options& options, const Order& order) {
-  try {
-    return Index::open(options.index, order);
-  } catch (const IndexError& error) {
-    if (options.spare.empty() || options.index == options.spare) throw;
-    complain(error);
-    options.index = options.spare;
-    return Index::open(options.index, order);
-  }
 }
 
 void pause(const KeeperDesk& desk, milliseconds duration) {
@@ -55,16 +42,27 @@ void pause(const KeeperDesk& desk, milliseconds duration) {
 
 void work(KeeperDesk& desk, Keeper::Options& options) {
   const Order order(options.locale);
+  auto contents = Index::Contents::Kept;
   while (!desk.ends()) {
     try {
-      const auto index = openIndex(options, order);
+      const auto index = Index::open(options.index, order, std::exchange(contents, Index::Contents::Kept));
       desk.open(options.index);
       KeeperShift(desk, *index, options).run(options);
       desk.close();
+      contents = Index::Contents::SetAside;
     } catch (const IndexError& error) {
       complain(error);
-      if (error.isDamaged()) desk.close();
-      pause(desk, error.isDamaged() ? damageInterval : retryInterval);
+      if (error.isDamaged()) {
+        desk.close();
+        contents = Index::Contents::SetAside;
+        pause(desk, damageInterval);
+      } else if (!options.spare.empty() && options.index != options.spare) {
+        // A full disk or a folder that may not be written to costs the memory of what was found, not the library.
+        desk.close();
+        options.index = options.spare;
+      } else {
+        pause(desk, retryInterval);
+      }
     }
   }
 }
@@ -76,7 +74,7 @@ class Keeper::Thread {
  public:
   Thread(Options options, std::function<void()> changed) : desk_(std::make_shared<KeeperDesk>(std::move(changed))) {
     std::thread([desk = desk_, ended = ended_, options = std::move(options)]() mutable {
-      giveWay();
+      giveWayToOtherThreads();
       work(*desk, options);
       ended->ring();
     }).detach();
@@ -107,7 +105,7 @@ Keeper::State Keeper::state() const {
   return thread_->desk().state();
 }
 
-std::optional<std::string> Keeper::openIndex(double seconds) const {
+std::optional<Keeper::Opening> Keeper::openIndex(double seconds) const {
   return thread_->desk().openIndex(seconds);
 }
 

@@ -3,6 +3,7 @@
 #include "hosts/medialibrary/Looking.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -31,8 +32,17 @@ class Keeper {
     std::size_t unknown = 0;     ///< files that wait to be looked into
     std::size_t done = 0;        ///< looked into since there was last nothing to do
     std::optional<double> secondsLeft;
+    std::uint64_t version = 0;  ///< another one whenever the index may hold something else
 
     bool operator==(const State&) const = default;
+  };
+
+  /// An index that was opened.
+  struct Opening {
+    std::string file;
+    std::uint64_t number = 0;  ///< of openings so far: the file may be another one of the same name
+
+    bool operator==(const Opening&) const = default;
   };
 
   /// `changed` is called on the keeper's thread, a few times per second at most while there is something to tell.
@@ -43,8 +53,8 @@ class Keeper {
   Keeper& operator=(const Keeper&) = delete;
 
   State state() const;
-  /// Waits until the index can be read; the file that it is in, or none when `seconds` were not enough.
-  std::optional<std::string> openIndex(double seconds) const;
+  /// Waits until the index can be read; none when `seconds` were not enough.
+  std::optional<Opening> openIndex(double seconds) const;
 
   void setFolders(std::vector<std::string> folders);
   /// Searches everything, and looks once more into what could not be read.
@@ -53,7 +63,7 @@ class Keeper {
   void refresh();
   /// How much of the machine looking into files may take from now on.
   void setPace(Pace pace);
-  /// The index turned out to be damaged: it is set aside, and everything is looked into again.
+  /// The index turned out to be damaged: it is set aside, whatever a check says, and everything is looked into again.
   void rebuild();
 
  private:

@@ -8,7 +8,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::milliseconds reportInterval{200};
+constexpr std::chrono::milliseconds tellInterval{200};
 
 }  // namespace
 
@@ -35,10 +35,10 @@ Keeper::State KeeperDesk::state() const {
   return state_;
 }
 
-std::optional<std::string> KeeperDesk::openIndex(double patience) const {
+std::optional<Keeper::Opening> KeeperDesk::openIndex(double patience) const {
   std::unique_lock lock(mutex_);
   stateChanged_.wait_for(lock, std::chrono::duration<double>(patience), [this] { return state_.isOpen; });
-  return state_.isOpen ? std::optional(index_) : std::nullopt;
+  return state_.isOpen ? std::optional(opening_) : std::nullopt;
 }
 
 KeeperOrders KeeperDesk::takeOrders() {
@@ -53,8 +53,9 @@ bool KeeperDesk::ends() const {
 
 void KeeperDesk::open(const std::string& index) {
   const std::lock_guard lock(mutex_);
-  index_ = index;
+  opening_ = {index, opening_.number + 1};
   state_.isOpen = true;
+  orders_.rebuild = false;  // what turned out to be damaged was the one before
   stateChanged_.notify_all();
 }
 
@@ -77,7 +78,12 @@ void KeeperDesk::report(Keeper::State state) {
 
 void KeeperDesk::tellInTime() {
   const std::lock_guard lock(mutex_);
-  if (!isTold_ && Clock::now() >= toldAt_ + reportInterval) tell();
+  if (!isTold_ && Clock::now() >= toldAt_ + tellInterval) tell();
+}
+
+bool KeeperDesk::hasUntold() const {
+  const std::lock_guard lock(mutex_);
+  return !isTold_;
 }
 
 Keeper::State KeeperDesk::atFirst() {

@@ -37,7 +37,7 @@ class KeeperDesk {
   /// The thread is to end; nothing is told any more.
   void end();
   Keeper::State state() const;
-  std::optional<std::string> openIndex(double patience) const;
+  std::optional<Keeper::Opening> openIndex(double patience) const;
 
   // For the thread.
 
@@ -51,6 +51,7 @@ class KeeperDesk {
   void report(Keeper::State state);
   /// Tells what has not been told yet, unless that was done a moment ago.
   void tellInTime();
+  bool hasUntold() const;
 
  private:
   static Keeper::State atFirst();
@@ -62,7 +63,7 @@ class KeeperDesk {
   std::function<void()> changed_;
   KeeperOrders orders_;
   Keeper::State state_ = atFirst();
-  std::string index_;
+  Keeper::Opening opening_;
   bool ends_ = false;
   bool isTold_ = true;
   std::chrono::steady_clock::time_point toldAt_;

@@ -62,6 +62,10 @@ void KeeperShift::notice(const FolderChanges& changes) {
 
 void KeeperShift::searchOn() {
   const auto now = Clock::now();
+  if (recheck_ && now >= *recheck_) {
+    recheck_.reset();
+    changed_.merge(std::exchange(unfinished_, {}));
+  }
   if (!search_.isUnderWay() && !changed_.empty() && now >= nextSearch_) search_.add(std::exchange(changed_, {}));
   if (!search_.isUnderWay()) return;
   search_.goOn(now + searchSlice);
@@ -78,23 +82,22 @@ void KeeperShift::endSearch() {
 }
 
 void KeeperShift::look() {
-  if (recheck_ && Clock::now() >= *recheck_) {
-    recheck_.reset();
-    changed_.merge(std::exchange(unfinished_, {}));
-  }
   index_.begin();
   settled_ = looking_.settle();
   index_.commit();
   changed_.merge(looking_.outdatedFolders());
   isDirty_ = isDirty_ || settled_ > 0;
   looking_.feed();
-  if (!looking_.canLook() && !std::exchange(isTold_, true)) {
+  if (!looking_.canLook() && !std::exchange(hasComplained_, true)) {
     std::fprintf(stderr, "the program that looks into videos cannot be started\n");
   }
 }
 
 void KeeperShift::report() {
-  if (std::exchange(isDirty_, false)) waiting_ = looking_.canLook() ? index_.counts(0).waiting : 0;
+  if (std::exchange(isDirty_, false)) {
+    waiting_ = looking_.canLook() ? index_.counts(0).waiting : 0;
+    ++version_;
+  }
   estimate_.note(settled_, waiting_);
   Keeper::State state;
   state.isSearching = search_.isUnderWay();
@@ -102,6 +105,7 @@ void KeeperShift::report() {
   state.unknown = waiting_;
   state.done = estimate_.done();
   state.secondsLeft = estimate_.secondsLeft(waiting_);
+  state.version = version_;
   desk_.report(state);
   desk_.tellInTime();
 }
@@ -121,7 +125,7 @@ int KeeperShift::patience() const {
   const auto consider = [&](Clock::time_point time) { next = next ? std::min(*next, time) : time; };
   if (!changed_.empty()) consider(nextSearch_);
   if (recheck_) consider(*recheck_);
-  if (!looking_.isIdle()) consider(Clock::now() + reportInterval);
+  if (!looking_.isIdle() || desk_.hasUntold()) consider(Clock::now() + reportInterval);
   if (!next) return -1;
   const auto left = std::chrono::ceil<milliseconds>(*next - Clock::now());
   return static_cast<int>(std::clamp(left, milliseconds::zero(), longestWait).count());

@@ -9,6 +9,7 @@
 #include "hosts/medialibrary/Looking.h"
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <set>
@@ -52,8 +53,9 @@ class KeeperShift {
   Clock::duration searchTime_{};
   std::size_t settled_ = 0;
   std::size_t waiting_ = 0;
+  std::uint64_t version_ = 0;
   bool isDirty_ = true;
-  bool isTold_ = false;
+  bool hasComplained_ = false;
 };
 
 }  // namespace medialibrary

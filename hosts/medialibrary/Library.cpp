@@ -16,12 +16,6 @@ namespace {
 /// Somebody looks at a list that does not appear.
 constexpr double longestWait = 5.0;
 
-class NoItems final : public host::LibraryItems {
- public:
-  std::size_t count() const override { return 0; }
-  host::LibraryItem item(std::size_t /*index*/) const override { return {}; }
-};
-
 class IndexedLibrary final : public FolderLibrary {
  public:
   IndexedLibrary(host::MainLoop& mainLoop, LibraryOptions options)
@@ -48,7 +42,7 @@ class IndexedLibrary final : public FolderLibrary {
   void prepare(std::function<void(bool isReady)> ready) override { ready(true); }
 
   std::shared_ptr<const host::LibraryItems> items(std::uint64_t mediaType) override {
-    return answer(std::shared_ptr<const host::LibraryItems>(std::make_shared<const NoItems>()),
+    return answer(std::shared_ptr<const host::LibraryItems>(std::make_shared<const host::NoItems>()),
                   [&](const Index& index) { return index.items(mediaType); });
   }
 
@@ -106,10 +100,10 @@ class IndexedLibrary final : public FolderLibrary {
   }
 
   bool openReader() {
-    const auto file = keeper_.openIndex(longestWait);
-    if (!file) return false;
-    if (!reader_ || *file != readFile_) reader_ = Index::openForReading(*file);
-    readFile_ = *file;
+    const auto opening = keeper_.openIndex(longestWait);
+    if (!opening) return false;
+    if (!reader_ || *opening != reads_) reader_ = Index::openForReading(opening->file);
+    reads_ = *opening;
     return reader_ != nullptr;
   }
 
@@ -117,7 +111,7 @@ class IndexedLibrary final : public FolderLibrary {
   std::shared_ptr<std::function<void()>> told_ = std::make_shared<std::function<void()>>();
   Keeper keeper_;
   std::unique_ptr<Index> reader_;  // closed before the keeper's connection, which tidies up after all others
-  std::string readFile_;
+  Keeper::Opening reads_;
 };
 
 }  // namespace

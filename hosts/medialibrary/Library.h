@@ -21,8 +21,9 @@ struct LibraryOptions {
   std::string locale;
   std::string index;    ///< the file that holds the index, absolute; `indexFile()` where it is empty
   std::string indexer;  ///< the program that looks into files, absolute; `indexerProgram()` where it is empty
-  /// Where the index is kept for as long as its own place cannot be used (a full disk, a home folder that may not be
-  /// written to); nowhere where it is empty, and then the library is empty meanwhile.
+  /// Where the index is kept from the moment on that its own place cannot be used (a full disk, a home folder that
+  /// may not be written to), until the library ends; nowhere where it is empty, and then nothing new is listed until
+  /// its own place can be used.
   std::string spare;
 };
 
@@ -62,7 +63,7 @@ class FolderLibrary : public host::MediaLibrary {
   /// Looking into files takes only a little of the machine while `isGentle`: something that must not falter is going
   /// on.
   virtual void setGentle(bool isGentle) = 0;
-  /// `changed` is called whenever one of the above has changed, a few times per second at most.
+  /// `changed` is called whenever one of the above may have changed, a few times per second at most.
   virtual void setChanged(std::function<void()> changed) = 0;
 };
 

@@ -1,5 +1,7 @@
 #include "hosts/medialibrary/Looking.h"
 
+#include "hosts/medialibrary/Paths.h"
+
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -108,7 +110,7 @@ void Looking::settle(const IndexerAnswer& answer) {
   if (isStill(file)) {
     index_.settle(answer.id, file, answer.finding);
   } else {
-    outdatedFolders_.insert(file.path.substr(0, file.path.rfind('/')));
+    outdatedFolders_.emplace(folderOf(file.path));
   }
 }
 

@@ -20,7 +20,7 @@ namespace medialibrary {
 
 /// How much of the machine looking into files may take.
 enum class Pace {
-  Full,   ///< as many processes as there are processors, all the time
+  Full,   ///< as many processes as there are processors, four at most, all the time
   Gentle  ///< one process, which rests most of the time: something that must not falter is going on
 };
 

@@ -1,5 +1,7 @@
 #include "hosts/medialibrary/Stocktaking.h"
 
+#include "hosts/medialibrary/Paths.h"
+
 #include <sys/stat.h>
 
 #include <optional>
@@ -41,10 +43,6 @@ std::optional<dev_t> deviceAbove(std::string path) {
   return std::nullopt;
 }
 
-bool liesBelow(std::string_view path, std::string_view folder) {
-  return path.starts_with(folder) && path.substr(folder.size()).starts_with('/');
-}
-
 }  // namespace
 
 void Stocktaking::compare(const ScannedFolder& folder) {
@@ -72,11 +70,13 @@ void Stocktaking::meet(const VideoFile& found, const IndexedFile* known) {
 
 void Stocktaking::meetAgain(const VideoFile& found, const IndexedFile& known) {
   if (isUnchanged(found, known)) {
-    if (found != known.file) index_.move(known.id, found);
-    if (!known.isPresent) index_.setPresent(known.id, true);
+    if (found != known.file) {
+      index_.move(known.id, found);
+    } else if (!known.isPresent) {
+      index_.setPresent(known.id, true);
+    }
   } else if (isComplete(found, quietSeconds)) {
     index_.change(known.id, found);
-    if (!known.isPresent) index_.setPresent(known.id, true);
   } else {
     if (known.isPresent) index_.setPresent(known.id, false);
     outcome_.beingWritten.push_back(found);
@@ -90,7 +90,6 @@ void Stocktaking::meetNew(const VideoFile& found) {
       return;
     }
     index_.move(like.id, found);
-    if (!like.isPresent) index_.setPresent(like.id, true);
     return;
   }
   if (isComplete(found, quietSeconds)) {
@@ -102,7 +101,7 @@ void Stocktaking::meetNew(const VideoFile& found) {
 
 void Stocktaking::loseFolder(const std::string& path) {
   for (const std::string& folder : index_.folders()) {
-    if ((folder == path || liesBelow(folder, path)) && !compared_.contains(folder)) lose(index_.filesIn(folder));
+    if (isInOrBelow(folder, path) && !compared_.contains(folder)) lose(index_.filesIn(folder));
   }
 }
 

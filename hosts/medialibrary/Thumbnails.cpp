@@ -1,6 +1,8 @@
 #include "hosts/medialibrary/Thumbnails.h"
 
+#include "hosts/medialibrary/FileDescriptor.h"
 #include "hosts/medialibrary/Folders.h"
+#include "hosts/medialibrary/Paths.h"
 #include "hosts/medialibrary/PercentEncoding.h"
 #include "hosts/medialibrary/Png.h"
 
@@ -25,7 +27,7 @@ namespace {
 constexpr std::array<ThumbnailSize, 4> sizes = {ThumbnailSize::Normal, ThumbnailSize::Large,
                                                 ThumbnailSize::ExtraLarge, ThumbnailSize::ExtraExtraLarge};
 
-const char* folderOf(ThumbnailSize size) {
+const char* folderNameOf(ThumbnailSize size) {
   switch (size) {
     case ThumbnailSize::Normal:
       return "normal";
@@ -55,30 +57,13 @@ std::string contentsOf(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/// Makes the folder and those above it, for the user alone. Its failure shows when something is written there.
-void makeFolder(const std::string& path) {
-  for (auto slash = path.find('/', 1);; slash = path.find('/', slash + 1)) {
-    ::mkdir(path.substr(0, slash).c_str(), 0700);
-    if (slash == std::string::npos) return;
-  }
-}
-
-bool writeAll(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
-    if (count < 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
-}
-
 /// Puts a file with these contents in the place of `path` in one step, readable by the user alone.
 void replaceFile(const std::string& path, const std::string& contents) {
   std::string part = path + ".XXXXXX";
-  const int descriptor = ::mkostemp(part.data(), O_CLOEXEC);  // of mode 0600
-  if (descriptor < 0) return;
-  const bool isWritten = writeAll(descriptor, contents);
-  const bool isClosed = ::close(descriptor) == 0;
+  FileDescriptor file(::mkostemp(part.data(), O_CLOEXEC));  // of mode 0600
+  if (!file) return;
+  const bool isWritten = writeAll(file.number(), contents);
+  const bool isClosed = ::close(file.release()) == 0;
   if (!isWritten || !isClosed || std::rename(part.c_str(), path.c_str()) != 0) ::unlink(part.c_str());
 }
 
@@ -114,7 +99,7 @@ std::optional<ThumbnailCache> ThumbnailCache::forFile(const std::string& path) {
 }
 
 std::string ThumbnailCache::pathOf(ThumbnailSize size) const {
-  return root_ + "/" + folderOf(size) + "/" + md5(uri_) + ".png";
+  return root_ + "/" + folderNameOf(size) + "/" + md5(uri_) + ".png";
 }
 
 bool ThumbnailCache::isValid(const std::string& png) const {
@@ -159,7 +144,7 @@ void ThumbnailCache::store(ThumbnailSize size, const probe::Still& still) const 
                                         {"Software", "Quillop"}});
   if (png.empty()) return;
   const std::string path = pathOf(size);
-  makeFolder(path.substr(0, path.rfind('/')));
+  makeFolder(folderOf(path));
   replaceFile(path, png);
 }
 

@@ -2,7 +2,6 @@
 
 #include <sys/types.h>
 
-#include <compare>
 #include <cstdint>
 #include <string>
 
@@ -17,7 +16,7 @@ struct VideoFile {
   dev_t device = 0;
   ino_t inode = 0;
 
-  auto operator<=>(const VideoFile&) const = default;
+  bool operator==(const VideoFile&) const = default;
 };
 
 }  // namespace medialibrary

@@ -21,7 +21,7 @@ namespace probe {
 namespace {
 
 /// Sound that begins this many packets late is broken sound.
-constexpr int mostPackets = 4096;
+constexpr int mostPacketsForFacts = 4096;
 constexpr std::int64_t mostMicroseconds = std::int64_t{1} << 51U;  // 70 years: a broken header
 
 bool isPicture(const AVStream& track) {
@@ -106,7 +106,7 @@ bool decodesSamples(OpenMedia& media, const AVStream& track, AVCodecContext& dec
   const Frame frame(av_frame_alloc());
   if (!packet || !frame) return false;
   media.selectOnly(track);
-  for (int count = 0; count < mostPackets && media.read(*packet); ++count) {
+  for (int count = 0; count < mostPacketsForFacts && media.read(*packet); ++count) {
     if (packet->stream_index == track.index && givesSamples(decoder, packet.get(), *frame)) return true;
   }
   return givesSamples(decoder, nullptr, *frame);

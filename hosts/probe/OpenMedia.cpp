@@ -55,7 +55,7 @@ bool hasDuration(const AVFormatContext& format) {
 }
 
 /// Whether the header alone told everything, which saves decoding the beginning of each track.
-bool isComplete(const AVFormatContext& format) {
+bool knowsAll(const AVFormatContext& format) {
   if ((format.ctx_flags & AVFMTCTX_NOHEADER) != 0 || !hasDuration(format)) return false;
   for (unsigned i = 0; i < format.nb_streams; ++i) {
     if (!isDescribed(*format.streams[i])) return false;
@@ -122,7 +122,7 @@ bool OpenMedia::completeStructure(std::string& reason) {
     reason = "not recognised as a media file";
     return false;
   }
-  if (!isComplete(*format_)) {
+  if (!knowsAll(*format_)) {
     const int error = avformat_find_stream_info(format_.get(), nullptr);
     if (error < 0) {
       reason = textOfError(error);

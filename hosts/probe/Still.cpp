@@ -16,7 +16,7 @@ namespace probe {
 namespace {
 
 constexpr std::array<double, 3> places = {0.1, 0.3, 0.5};  // of the length
-constexpr int mostPackets = 20'000;                        // read in search of a key frame
+constexpr int mostPacketsForStill = 20'000;                // read in search of a key frame
 constexpr int mostKeyFrames = 4;                           // tried at one place, should some be broken
 
 /// The box that a frame's pixels fill, with square pixels, before the picture is turned upright.
@@ -183,7 +183,7 @@ class Search {
 
   std::optional<Still> nextStill() {
     int keyFrames = 0;
-    for (int count = 0; count < mostPackets && keyFrames < mostKeyFrames && media_.read(*packet_); ++count) {
+    for (int count = 0; count < mostPacketsForStill && keyFrames < mostKeyFrames && media_.read(*packet_); ++count) {
       if (packet_->stream_index != track_.index || (packet_->flags & AV_PKT_FLAG_KEY) == 0) continue;
       if (packet_->pts != AV_NOPTS_VALUE && packet_->pts == lastTried_) return std::nullopt;
       lastTried_ = packet_->pts;

@@ -28,6 +28,13 @@ class LibraryItems {
   virtual LibraryItem item(std::size_t index) const = 0;
 };
 
+/// The answer where there is nothing.
+class NoItems final : public LibraryItems {
+ public:
+  std::size_t count() const override { return 0; }
+  LibraryItem item(std::size_t /*index*/) const override { return {}; }
+};
+
 /// The device's media library. Main thread.
 class MediaLibrary {
  public:

@@ -1,5 +1,6 @@
 #include "hosts/medialibrary/indexer/IndexerLoop.h"
 
+#include "hosts/medialibrary/FileDescriptor.h"
 #include "hosts/medialibrary/IndexerWire.h"
 
 #include <unistd.h>
@@ -22,15 +23,6 @@ Reading readSome(int input, IndexerStream& stream) {
     if (count >= 0) return count > 0 ? Reading::Came : Reading::Ended;
     if (errno != EINTR) return Reading::Failed;
   }
-}
-
-bool writeAll(int output, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t count = ::write(output, bytes.data(), bytes.size());
-    if (count < 0 && errno != EINTR) return false;
-    if (count > 0) bytes.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return true;
 }
 
 bool doTask(int output, const IndexerTask& task, const LookInto& look) {

@@ -47,7 +47,7 @@ int indexerMain(std::span<char*> arguments, const LookInto& look) {
   }
   if (!endWithStarter(orders->starter)) return 0;
   enterSandbox({makeThumbnailFolder(), orders->mostMemory});
-  if (!orders->isUrgent) giveWay();
+  if (!orders->isUrgent) giveWayToOtherProcesses();
   return runIndexerLoop(STDIN_FILENO, STDOUT_FILENO, look);
 }
 

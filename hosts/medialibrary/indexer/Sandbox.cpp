@@ -1,5 +1,7 @@
 #include "hosts/medialibrary/indexer/Sandbox.h"
 
+#include "hosts/medialibrary/FileDescriptor.h"
+
 #include <fcntl.h>
 #include <linux/ioprio.h>
 #include <linux/landlock.h>
@@ -47,20 +49,6 @@ constexpr std::uint64_t writingOfAbi1 = LANDLOCK_ACCESS_FS_WRITE_FILE | LANDLOCK
 constexpr std::uint64_t storing = LANDLOCK_ACCESS_FS_WRITE_FILE | LANDLOCK_ACCESS_FS_REMOVE_FILE |
                                   LANDLOCK_ACCESS_FS_MAKE_DIR | LANDLOCK_ACCESS_FS_MAKE_REG | truncate;
 
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int number() const { return number_; }
-
- private:
-  int number_;
-};
-
 long landlockAbi() {
   return ::syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION);
 }
@@ -81,9 +69,9 @@ std::size_t sizeOfRules(long abi) {
 }
 
 /// Where this fails, nothing can be written at all, which costs the thumbnails only.
-void allowStoring(const Descriptor& ruleset, const std::string& folder, std::uint64_t known) {
-  const Descriptor place(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-  if (place.number() < 0) return;
+void allowStoring(const FileDescriptor& ruleset, const std::string& folder, std::uint64_t known) {
+  const FileDescriptor place(::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+  if (!place) return;
   const landlock_path_beneath_attr rule{storing & known, place.number()};
   ::syscall(SYS_landlock_add_rule, ruleset.number(), LANDLOCK_RULE_PATH_BENEATH, &rule, 0);
 }
@@ -92,8 +80,8 @@ bool confineFiles(const std::string& writableFolder) {
   const long abi = landlockAbi();
   if (abi < 1) return false;
   const LandlockRules rules = rulesOf(abi);
-  const Descriptor ruleset(static_cast<int>(::syscall(SYS_landlock_create_ruleset, &rules, sizeOfRules(abi), 0)));
-  if (ruleset.number() < 0) return false;
+  const FileDescriptor ruleset(static_cast<int>(::syscall(SYS_landlock_create_ruleset, &rules, sizeOfRules(abi), 0)));
+  if (!ruleset) return false;
   if (!writableFolder.empty()) allowStoring(ruleset, writableFolder, rules.files);
   return ::syscall(SYS_landlock_restrict_self, ruleset.number(), 0) == 0;
 }
@@ -288,7 +276,7 @@ SandboxWalls enterSandbox(const SandboxRules& rules) {
   return walls;
 }
 
-void giveWay() {
+void giveWayToOtherProcesses() {
   constexpr int nicest = 19;
   ::setpriority(PRIO_PROCESS, 0, nicest);
   const sched_param parameters{};

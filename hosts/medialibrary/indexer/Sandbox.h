@@ -13,7 +13,8 @@ struct SandboxRules {
   std::uint64_t mostMemory = 0;  ///< bytes of data that it may hold; allocating more fails
 };
 
-/// Which walls stand. A kernel may lack either, or a container forbid them; the process does its work all the same.
+/// Which walls stand. A kernel may lack either, or a container forbid them; the process does its work all the same,
+/// and only tests ask.
 struct SandboxWalls {
   bool confinesFiles = false;  ///< Landlock
   bool filtersCalls = false;   ///< seccomp
@@ -27,7 +28,7 @@ struct SandboxWalls {
 SandboxWalls enterSandbox(const SandboxRules& rules);
 
 /// The process is to work only while nobody else wants the processor or the disk.
-void giveWay();
+void giveWayToOtherProcesses();
 
 /// From now on this process ends when the process `starter`, its parent, does. False if that has ended already.
 bool endWithStarter(pid_t starter);

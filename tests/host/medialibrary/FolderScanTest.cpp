@@ -98,14 +98,13 @@ TEST_F(Scan, GivesEachFolderWithItsOwnFilesOnly) {
   EXPECT_EQ(scanned.at(1).files.at(0).path, folder_ / "inside/two.mkv");
 }
 
-TEST_F(Scan, TellsTheStateOfAFileAndTheDeviceOfAFolder) {
+TEST_F(Scan, TellsTheStateOfAFile) {
   const std::string path = file("one.mp4");
   const timespec times[] = {{1, 2}, {1'234'567'890, 123'456'789}};
   ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
   struct stat facts {};
   ASSERT_EQ(stat(path.c_str(), &facts), 0);
   const auto scanned = scan({root()});
-  EXPECT_EQ(scanned.at(0).device, facts.st_dev);
   const VideoFile expected{path, 4, 1'234'567'890, 123'456'789, facts.st_dev, facts.st_ino};
   EXPECT_EQ(scanned.at(0).files, std::vector{expected});
 }
@@ -194,6 +193,23 @@ TEST_F(Scan, GivesAFolderOnceThoughItIsGivenTwiceOrLiesInAnother) {
   EXPECT_EQ(filesOf(scan({folder_ / "a/b//", root()})), Names{"a/b/one.mp4"}) << "no slash at its end";
 }
 
+TEST_F(Scan, TellsWhetherSomethingHasSeveralNames) {
+  const std::string path = file("a/b/one.mp4");
+  const auto hasOtherNames = [](std::vector<std::string> roots) {
+    FolderScan scan(std::move(roots));
+    ScannedFolder folder;
+    while (scan.next(folder)) {
+    }
+    return scan.hasOtherNames();
+  };
+  EXPECT_FALSE(hasOtherNames({folder_ / "a/b", root(), root() + "/"}));
+  link("a/b", "c");
+  EXPECT_TRUE(hasOtherNames({root()}));
+  std::filesystem::remove(folder_ / "c");
+  std::filesystem::create_hard_link(path, folder_ / "a/two.mp4");
+  EXPECT_TRUE(hasOtherNames({root()}));
+}
+
 TEST_F(Scan, LeavesOutRootsThatAreNoFolders) {
   file("one.mp4");
   EXPECT_EQ(foldersOf(scan({folder_ / "missing", folder_ / "one.mp4", "", root()})), Names{"."});
@@ -202,7 +218,7 @@ TEST_F(Scan, LeavesOutRootsThatAreNoFolders) {
 
 TEST_F(Scan, LeavesTheFolderAsItIsAtTheEnd) {
   FolderScan scan({folder_ / "missing"});
-  ScannedFolder folder{"path", 1, {}, {"inside"}};
+  ScannedFolder folder{"path", {}, {"inside"}};
   EXPECT_FALSE(scan.next(folder));
   EXPECT_FALSE(scan.next(folder));
   EXPECT_EQ(folder.path, "path");

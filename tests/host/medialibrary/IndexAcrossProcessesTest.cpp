@@ -63,7 +63,7 @@ class KilledWriter : public IndexTest, public testing::WithParamInterface<Kill> 
     const int found = static_cast<int>(index.items(homeVideo)->count());
     EXPECT_GE(found, least * filesAtATime);
     EXPECT_EQ(found % filesAtATime, 0);
-    EXPECT_EQ(index.counts(homeVideo).known, static_cast<std::size_t>(found));
+    EXPECT_EQ(index.counts(homeVideo).items, static_cast<std::size_t>(found));
     for (int number = 0; number < found; ++number) ASSERT_TRUE(index.fileAt(pathOf(number))) << number;
   }
 };

@@ -332,6 +332,23 @@ TEST(IndexerProcess, CannotRunAProgramThatNeverOpensAnything) {
   EXPECT_FALSE(indexer->canRun());
 }
 
+TEST(IndexerProcess, WaitsForAProgramThatCannotBeStartedAtTheMoment) {
+  const TemporaryFolder folder;
+  auto options = standIn();
+  options.program = folder.copy(QUILLOP_STAND_IN_INDEXER, "indexer");
+  const int writer = ::open(options.program.c_str(), O_WRONLY | O_CLOEXEC);
+  ASSERT_GE(writer, 0);
+  const auto indexer = IndexerProcess::make(options);
+  indexer->add({1, "/good", 0});
+  EXPECT_TRUE(indexer->deadline());
+  for (int i = 0; i < 10; ++i) EXPECT_TRUE(indexer->answers().empty());
+  EXPECT_TRUE(indexer->canRun());
+  close(writer);
+  const auto answers = waitForAnswers(*indexer, 1);
+  ASSERT_EQ(answers.size(), 1U);
+  EXPECT_TRUE(answers[0].finding.isReadable) << answers[0].finding.reason;
+}
+
 TEST(IndexerProcess, RefusesPathsThatNothingCanOpen) {
   const auto indexer = IndexerProcess::make(standIn());
   const std::string endless = "/" + std::string(100'000, 'x');

@@ -112,6 +112,42 @@ TEST_F(WatchedLibrary, ListsOneOfSeveralNamesAndTheNextOneWhenThatGoes) {
   EXPECT_TRUE(comesToList({"b", "c"}));
 }
 
+TEST_F(WatchedLibrary, ListsTheNextNameInAnotherFolderWhenTheListedOneGoes) {
+  const std::string path = folder_.copy(film(), "one/a.mp4");
+  fs::create_directory(folder_ / "two");
+  fs::create_hard_link(path, folder_ / "two/b.mp4");
+  EXPECT_EQ(titles(), Texts({"a"}));
+  fs::remove(path);
+  EXPECT_TRUE(comesToList({"b"}));
+}
+
+TEST_F(WatchedLibrary, ListsTheNextLinkToAFolderWhenTheListedOneGoes) {
+  const TemporaryFolder elsewhere;
+  elsewhere.copy(film(), "a.mp4");
+  for (const char* folder : {"one", "two"}) fs::create_directory(folder_ / folder);
+  fs::create_directory_symlink(elsewhere.path(), folder_ / "one/trips");
+  fs::create_directory_symlink(elsewhere.path(), folder_ / "two/best");
+  EXPECT_EQ(paths(), Texts({folder_ / "one/trips/a.mp4"}));
+  fs::remove(folder_ / "one/trips");
+  EXPECT_TRUE(comesToPass([this] { return paths() == Texts({folder_ / "two/best/a.mp4"}); }));
+}
+
+TEST_F(WatchedLibrary, ListsAFileThatGotAnEarlierNameWhileItWasClosed) {
+  const std::string path = folder_.copy(film(), "b.mp4");
+  EXPECT_EQ(titles(), Texts({"b"}));
+  library_.reset();
+  fs::create_hard_link(path, folder_ / "a.mp4");
+  EXPECT_EQ(titles(), Texts({"a"}));
+}
+
+TEST_F(WatchedLibrary, ListsAFolderThatGotAnEarlierNameWhileItWasClosed) {
+  folder_.copy(film(), "trips/a.mp4");
+  EXPECT_EQ(titles(), Texts({"a"}));
+  library_.reset();
+  fs::create_directory_symlink(folder_ / "trips", folder_ / "best");
+  EXPECT_EQ(paths(), Texts({folder_ / "best/a.mp4"}));
+}
+
 TEST_F(WatchedLibrary, SearchesWhatItCannotWatchWhenSomebodyIsAboutToAsk) {
   open({folder_ / "not there yet"});
   EXPECT_EQ(titles(), Texts());
@@ -123,6 +159,16 @@ TEST_F(WatchedLibrary, SearchesWhatItCannotWatchWhenSomebodyIsAboutToAsk) {
   EXPECT_FALSE(library_->contents(homeVideo).isSearching) << "by now it can be watched";
 }
 
+TEST_F(WatchedLibrary, DoesNotSearchForAFolderThatWasRemoved) {
+  folder_.copy(film(), "in/a.mp4");
+  EXPECT_EQ(titles(), Texts({"a"}));
+  fs::remove_all(folder_ / "in");
+  EXPECT_TRUE(comesToList({}));
+  settle();
+  library_->refresh();
+  EXPECT_FALSE(library_->contents(homeVideo).isSearching);
+}
+
 TEST_F(WatchedLibrary, TellsThatSomethingHasChanged) {
   EXPECT_EQ(titles(), Texts());
   bool isTold = false;
@@ -132,6 +178,24 @@ TEST_F(WatchedLibrary, TellsThatSomethingHasChanged) {
     mainLoop_.turn();
     return isTold;
   }));
+}
+
+TEST_F(WatchedLibrary, TellsThatAFileHasGoneOrHasAnotherName) {
+  folder_.copy(film(), "a.mp4");
+  folder_.copy(film(), "b.mp4");
+  EXPECT_EQ(titles(), Texts({"a", "b"}));
+  Texts told;
+  library_->setChanged([&] { told = titlesOf(*library_->items(homeVideo)); });
+  const auto comesToTell = [&](const Texts& expected) {
+    return comesToPass([&] {
+      mainLoop_.turn();
+      return told == expected;
+    });
+  };
+  fs::rename(folder_ / "b.mp4", folder_ / "c.mp4");
+  EXPECT_TRUE(comesToTell({"a", "c"}));
+  fs::remove(folder_ / "a.mp4");
+  EXPECT_TRUE(comesToTell({"c"}));
 }
 
 TEST_F(WatchedLibrary, IsLookedIntoByOneProcessAtATimeWhileItIsToBeGentle) {

@@ -43,7 +43,7 @@ class ItemWithout final : public MPMediaItem {
   Strong<NSObject> instead_;
 };
 
-/// Opens the list over a library of one item of that length.
+/// Opens the list over a library of these items.
 Strong<ListaVideo> listOf(Stage& stage, std::vector<host::LibraryItem> items) {
   stage.host.mediaLibrary.itemsByType[homeVideo] = std::move(items);
   stage.openList();
