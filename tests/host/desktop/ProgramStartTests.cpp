@@ -1,5 +1,7 @@
 #include "hosts/desktop/ProgramStart.h"
 
+#include "tests/support/EnvironmentVariable.h"
+
 #include <gmock/gmock.h>
 
 #include <QFile>
@@ -28,7 +30,7 @@ std::vector<std::string> environmentOfAProgram() {
 }
 
 TEST(ProgramStart, GivesTheUsersEnvironment) {
-  setenv("QUILLOP_TEST_OF_THE_USER", "theirs", 1);
+  const EnvironmentVariable theirs("QUILLOP_TEST_OF_THE_USER", "theirs");
   EXPECT_THAT(environmentOfAProgram(), Contains("QUILLOP_TEST_OF_THE_USER=theirs"));
 }
 
@@ -41,7 +43,7 @@ TEST(ProgramStart, KeepsTheProcessesOwnVariablesToItself) {
 }
 
 TEST(ProgramStart, LeavesAVariableOfTheUsersAsItIs) {
-  setenv("QUILLOP_TEST_BOTH", "theirs", 1);
+  const EnvironmentVariable theirs("QUILLOP_TEST_BOTH", "theirs");
   setForThisProcess("QUILLOP_TEST_BOTH", "ours");
   EXPECT_STREQ(std::getenv("QUILLOP_TEST_BOTH"), "theirs");
   EXPECT_THAT(environmentOfAProgram(), Contains("QUILLOP_TEST_BOTH=theirs"));

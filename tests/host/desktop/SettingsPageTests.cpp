@@ -1,7 +1,7 @@
 #include "hosts/desktop/SettingsPage.h"
 
 #include "tests/host/desktop/FakeLibrary.h"
-#include "tests/host/medialibrary/Environment.h"
+#include "tests/support/EnvironmentVariable.h"
 #include "tests/host/qtquick/ScreenStage.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 #include "tests/host/gstreamer/Stage.h"
+#include "tests/support/EnvironmentVariable.h"
 
 #include <gtest/gtest.h>
 
@@ -194,7 +195,7 @@ TEST(Together, TwoFilmsAreIndependent) {
 }
 
 TEST(Together, ASoundServerThatIsNotThereDoesNotHoldThePictureUp) {
-  setenv("PULSE_SERVER", "unix:/nonexistent/sound-server", 1);
+  const EnvironmentVariable nowhere("PULSE_SERVER", "unix:/nonexistent/sound-server");
   Options options;
   options.makeSoundSink = [] { return makeSoundServerSink(); };
   Stage stage(std::move(options));
@@ -209,7 +210,7 @@ TEST(Together, ASoundServerThatIsNotThereDoesNotHoldThePictureUp) {
 TEST(Together, ASoundServerThatHangsDoesNotHoldThePictureUpNorTheEnd) {
   DeafServer server;
   ASSERT_TRUE(server.listens());
-  setenv("PULSE_SERVER", server.address().c_str(), 1);
+  const EnvironmentVariable deaf("PULSE_SERVER", server.address());
   Options options;
   options.makeSoundSink = [] { return makeSoundServerSink(); };
   options.closingPatience = 0.2;
