@@ -219,15 +219,17 @@ TEST_F(DamagedFiles, AShorterSoundTrackDoesNotEndTheFilm) {
 
 TEST_F(DamagedFiles, TheSameFileTwiceEndsEachFilmAtItsOwnTime) {
   load(clips::truncated(longFilm(), "engine-minute-cut.mp4", bytesOfTheBeginning(longFilm())));
-  ASSERT_TRUE(stage_.until([&] { return picture_->position() > 0.7; }));
   Heard lateSound, latePicture;
   auto sound = stage_.sound(path_, lateSound);
   auto picture = stage_.picture(path_, latePicture);
+  sound->prepare();
+  stage_.engine().commit();
+  ASSERT_TRUE(stage_.until([&] { return picture->pictures()->newest() != nullptr; }));
+  ASSERT_TRUE(ends());
+  EXPECT_EQ(lateSound.ended + latePicture.ended, 0);
   sound->play();
   picture->play();
   stage_.engine().commit();
-  ASSERT_TRUE(ends());
-  EXPECT_EQ(lateSound.ended + latePicture.ended, 0);
   ASSERT_TRUE(stage_.until([&] { return lateSound.ended == 1 && latePicture.ended == 1; }));
   EXPECT_NEAR(picture->position(), picture_->position(), 0.01);
 }
@@ -242,9 +244,11 @@ TEST_F(DamagedFiles, AFilmThatGrowsWhileItPlaysGoesOn) {
 }
 
 TEST_F(DamagedFiles, AFilmThatGrowsOnceItsEndWasReachedByTheReaderGoesOn) {
-  // The reader is a second and more ahead of what is heard, and reaches the end before the rest of the file is there.
   load(clips::truncated(longMatroska(), "engine-minute-grown.mkv", bytesOfTheBeginning(longMatroska())));
-  ASSERT_TRUE(playsPast(1.6));
+  ASSERT_TRUE(playsPast(0.3));
+  // The readers are a second ahead of what is seen and heard.
+  const ReadsToTheEnd reads(path_);
+  ASSERT_TRUE(stage_.until([&] { return reads.readers() == 2; }));
   append(path_, longMatroska());
   EXPECT_TRUE(playsPast(6.0));
   EXPECT_EQ(pictureHeard_.ended + soundHeard_.ended, 0);

@@ -156,16 +156,18 @@ TEST(SoundPlayer, ASoundTrackThatBeginsLateIsPrecededBySilence) {
 TEST(SoundPlayer, TheEndIsToldOnceAndPlayingAgainStartsOver) {
   Stage stage;
   Heard heard;
-  auto player = stage.sound(silentFilm(), heard);
+  auto player = stage.sound(clips::film("engine-brief.mp4", 320, 180, 1.0, 440, 2), heard);
   player->play();
   stage.engine().commit();
   ASSERT_TRUE(stage.until([&] { return heard.ended > 0; }));
   stage.loop().runFor(0.4);
   EXPECT_EQ(heard.ended, 1);
+  stage.recording().clear();
   player->play();
   stage.engine().commit();
-  ASSERT_TRUE(stage.until([&] { return player->position() < 0.9 && player->position() > 0.1; }));
   ASSERT_TRUE(stage.until([&] { return heard.ended == 2; }));
+  EXPECT_NEAR(stage.recording().sound().begin, 0.0, 0.03);
+  EXPECT_GT(stage.recording().sound().left.size(), 40000U);
 }
 
 TEST(SoundPlayer, NoEventArrivesOnceThePlayerIsGone) {
