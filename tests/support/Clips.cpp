@@ -17,8 +17,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-fs::path folder() {
-  const fs::path path = QUILLOP_CLIP_FOLDER;
+/// `part`: of the clip folder.
+fs::path folder(const std::string& part = {}) {
+  const fs::path path = fs::path(QUILLOP_CLIP_FOLDER) / part;
   fs::create_directories(path);
   return path;
 }
@@ -47,7 +48,10 @@ void run(std::vector<std::string> command) {
 }  // namespace
 
 std::string clip(const std::string& name, const std::vector<std::string>& arguments) {
-  const fs::path path = folder() / name;
+  // Other arguments make another file, although its name is the same.
+  std::string words;
+  for (const auto& argument : arguments) words += argument + '\n';
+  const fs::path path = folder(std::to_string(std::hash<std::string>{}(words))) / name;
   if (fs::exists(path)) return path.string();
   const fs::path part = unfinished(path);
   std::vector<std::string> command = {"ffmpeg", "-nostdin", "-v", "error", "-y"};

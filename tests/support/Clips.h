@@ -7,8 +7,8 @@
 /// Real media files for tests, made once with the `ffmpeg` program and kept in the build folder.
 namespace clips {
 
-/// The path of the file `name` in the clip folder, made by `ffmpeg ARGUMENTS FILE` when it is not there yet. Stops
-/// the test program when ffmpeg fails. Several test programs may ask at once.
+/// The path of a file `name` below the clip folder, made by `ffmpeg ARGUMENTS FILE` when there is none of these
+/// arguments yet. Stops the test program when ffmpeg fails. Several test programs may ask at once.
 std::string clip(const std::string& name, const std::vector<std::string>& arguments);
 
 /// An MP4 of H.264 at 30 frames/s, a moving test picture, and AAC sound: one sine tone in all `channels`.

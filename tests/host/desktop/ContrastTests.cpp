@@ -1,7 +1,7 @@
 #include "hosts/qtquick/Contrast.h"
 
 #include "tests/host/desktop/PrivateBus.h"
-#include "tests/host/medialibrary/Environment.h"
+#include "tests/support/EnvironmentVariable.h"
 
 #include <map>
 

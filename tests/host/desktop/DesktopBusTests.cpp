@@ -2,6 +2,7 @@
 
 #include "tests/host/desktop/PrivateBus.h"
 #include "tests/host/desktop/StandInServices.h"
+#include "tests/support/EnvironmentVariable.h"
 
 #include <gmock/gmock.h>
 
@@ -128,15 +129,15 @@ TEST(DesktopBus, WithoutABusNothingHappens) {
 
 TEST(DesktopBus, UsualAddressesNeverAskForABusToBeStarted) {
   const QTemporaryDir folder;
-  qunsetenv("DBUS_SESSION_BUS_ADDRESS");
-  qunsetenv("DBUS_SYSTEM_BUS_ADDRESS");
-  qputenv("XDG_RUNTIME_DIR", folder.path().toUtf8());
+  const EnvironmentVariable noSession("DBUS_SESSION_BUS_ADDRESS", std::nullopt);
+  const EnvironmentVariable noSystem("DBUS_SYSTEM_BUS_ADDRESS", std::nullopt);
+  const EnvironmentVariable runtime("XDG_RUNTIME_DIR", folder.path().toStdString());
   EXPECT_EQ(DesktopBus::usualAddresses().session, QString());
   EXPECT_EQ(DesktopBus::usualAddresses().system, "unix:path=/run/dbus/system_bus_socket");
   QFile socket(folder.filePath("bus"));
   EXPECT_TRUE(socket.open(QIODevice::WriteOnly));
   EXPECT_EQ(DesktopBus::usualAddresses().session, "unix:path=" + folder.path() + "/bus");
-  qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/elsewhere");
+  const EnvironmentVariable session("DBUS_SESSION_BUS_ADDRESS", "unix:path=/elsewhere");
   EXPECT_EQ(DesktopBus::usualAddresses().session, "unix:path=/elsewhere");
 }
 

@@ -2,6 +2,7 @@
 
 #include "tests/host/desktop/PrivateBus.h"
 #include "tests/host/desktop/StandInServices.h"
+#include "tests/support/EnvironmentVariable.h"
 
 #include <gmock/gmock.h>
 
@@ -14,8 +15,6 @@ namespace {
 
 class LoginSessionTest : public testing::Test {
  protected:
-  LoginSessionTest() { qunsetenv("XDG_SESSION_ID"); }
-
   /// The app's side, once it knows the session's state and delays sleep.
   void start() {
     session = std::make_unique<LoginSession>(app);
@@ -25,6 +24,7 @@ class LoginSessionTest : public testing::Test {
     runUntil([this] { return !locked.isEmpty() && timesDelayed == 1; });
   }
 
+  const EnvironmentVariable none{"XDG_SESSION_ID", std::nullopt};
   PrivateBus bus;
   QDBusConnection app = bus.connection("app");
   StandInLogin login{bus.connection("services")};
@@ -62,10 +62,9 @@ TEST_F(LoginSessionTest, AsksForTheSessionOnTheDisplayWhereTheProgramBelongsToNo
 }
 
 TEST_F(LoginSessionTest, AsksForItsOwnSession) {
-  qputenv("XDG_SESSION_ID", "c7");
+  const EnvironmentVariable own("XDG_SESSION_ID", "c7");
   start();
   EXPECT_EQ(login.sessionsAskedFor, QStringList{"c7"});
-  qunsetenv("XDG_SESSION_ID");
 }
 
 TEST_F(LoginSessionTest, SleepWaitsUntilTheAppIsReady) {

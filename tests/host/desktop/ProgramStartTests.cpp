@@ -1,6 +1,6 @@
 #include "hosts/desktop/ProgramStart.h"
 
-#include "tests/host/medialibrary/Environment.h"
+#include "tests/support/EnvironmentVariable.h"
 
 #include <gmock/gmock.h>
 
@@ -30,7 +30,7 @@ std::vector<std::string> environmentOfAProgram() {
 }
 
 TEST(ProgramStart, GivesTheUsersEnvironment) {
-  setenv("QUILLOP_TEST_OF_THE_USER", "theirs", 1);
+  const EnvironmentVariable theirs("QUILLOP_TEST_OF_THE_USER", "theirs");
   EXPECT_THAT(environmentOfAProgram(), Contains("QUILLOP_TEST_OF_THE_USER=theirs"));
 }
 
@@ -43,7 +43,7 @@ TEST(ProgramStart, KeepsTheProcessesOwnVariablesToItself) {
 }
 
 TEST(ProgramStart, LeavesAVariableOfTheUsersAsItIs) {
-  setenv("QUILLOP_TEST_BOTH", "theirs", 1);
+  const EnvironmentVariable theirs("QUILLOP_TEST_BOTH", "theirs");
   setForThisProcess("QUILLOP_TEST_BOTH", "ours");
   EXPECT_STREQ(std::getenv("QUILLOP_TEST_BOTH"), "theirs");
   EXPECT_THAT(environmentOfAProgram(), Contains("QUILLOP_TEST_BOTH=theirs"));

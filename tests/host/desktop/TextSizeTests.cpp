@@ -2,7 +2,7 @@
 
 #include "tests/host/desktop/PrivateBus.h"
 #include "tests/host/desktop/StandInServices.h"
-#include "tests/host/medialibrary/Environment.h"
+#include "tests/support/EnvironmentVariable.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -4,10 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <thread>
+#include <future>
 
 namespace gstreamer {
 
@@ -99,9 +98,12 @@ TEST(Facts, AFileIsLookedIntoOnceAndAgainWhenItChanged) {
 
 TEST(Facts, ALookThatTakesTooLongLeavesTheFileUnreadable) {
   OwnFile file;
+  std::atomic<int> looks = 0;
+  std::promise<void> release;
   FactsCache cache(
-      [](const std::string&, double) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(400));
+      [&looks, released = release.get_future().share()](const std::string&, double) {
+        ++looks;
+        released.wait();
         host::MediaFacts facts;
         facts.readable = true;
         return facts;
@@ -109,8 +111,9 @@ TEST(Facts, ALookThatTakesTooLongLeavesTheFileUnreadable) {
       0.05);
   EXPECT_FALSE(cache.facts(file.url()).readable);
   // The look goes on, and what it finds counts for whoever asks later.
-  std::this_thread::sleep_for(std::chrono::milliseconds(600));
-  EXPECT_TRUE(cache.facts(file.url()).readable);
+  release.set_value();
+  EXPECT_TRUE(TestLoop().runUntil([&] { return cache.facts(file.url()).readable; }));
+  EXPECT_EQ(looks, 1);
 }
 
 }  // namespace gstreamer

@@ -17,4 +17,16 @@ class FaultyReads {
   static int refused();
 };
 
+/// Who reads a file up to its end, from the time on when this is made. One at a time.
+class ReadsToTheEnd {
+ public:
+  explicit ReadsToTheEnd(const std::string& path);
+  ~ReadsToTheEnd();
+  ReadsToTheEnd(const ReadsToTheEnd&) = delete;
+  ReadsToTheEnd& operator=(const ReadsToTheEnd&) = delete;
+
+  /// How many descriptors have come to what was the end of the file then.
+  int readers() const;
+};
+
 }  // namespace gstreamer

@@ -86,17 +86,20 @@ TEST(Hardware, IsUsedWhereItIs) {
 
 TEST(Hardware, ThatWaitsForTheFilmIsNotTakenForStuck) {
   const StandInDecoder decoder(Fault::None);
-  Stage stage(impatient());
+  // Not an impatient one: a busy machine holds good decoders up, too.
+  const Options options;
+  const double longerThanPatience = options.decoderPatience + 0.5;
+  Stage stage(options);
   Film film(stage, gstreamer::film());
   stage.engine().commit();
   ASSERT_TRUE(stage.until([&] { return film.isOfHardware(); }));
-  stage.loop().runFor(1.2);
+  stage.loop().runFor(longerThanPatience);
   film.play();
   stage.engine().commit();
   ASSERT_TRUE(stage.until([&] { return film.picture->position() > 1.2; }));
   film.picture->pause(), film.sound->pause();
   stage.engine().commit();
-  stage.loop().runFor(1.2);
+  stage.loop().runFor(longerThanPatience);
   film.seek(8.5);
   film.play();
   stage.engine().commit();
@@ -127,7 +130,7 @@ TEST_P(HardwareThat, IsReplacedBySoftwareInTheSameLoad) {
     EXPECT_TRUE(stage.until([&] { return film.picture->position() > 0.2 && film.isSeen(); }));
     const double seen = film.picture->position();
     EXPECT_TRUE(stage.until([&] { return film.picture->position() > seen + 0.5 && film.isSeen(); }));
-    EXPECT_NEAR(film.picture->position(), film.sound->position(), 0.001);
+    EXPECT_LT(leastOf([&] { return std::fabs(film.picture->position() - film.sound->position()); }), 0.001);
     EXPECT_EQ(stage.elements().count(StandInDecoder::name), 1U);
     EXPECT_EQ(softwareDecodersIn(stage), 1U);
     EXPECT_EQ(film.heard.failed + film.heard.ended, 0);
@@ -164,13 +167,13 @@ TEST_P(HardwareThat, IsNotNoticedByTheOtherFilm) {
   other.play();
   stage.engine().commit();
   ASSERT_TRUE(stage.until([&] { return other.picture->position() > 0.3 && other.isSeen(); }));
-  const double begun = other.picture->position();
-  const Instant then = now();
+  const auto beginning = [&other] { return leastOf([&] { return seconds(now()) - other.picture->position(); }); };
+  const double begun = beginning();
   Film film(stage, gstreamer::film());
   film.play();
   stage.engine().commit();
   EXPECT_TRUE(stage.until([&] { return film.picture->position() > 0.2 && film.isSeen(); }));
-  EXPECT_NEAR(other.picture->position() - begun, seconds(now() - then), 0.05);
+  EXPECT_NEAR(beginning(), begun, 0.05);
   EXPECT_TRUE(stage.until([&] { return other.isSeen(); }));
   const auto elements = stage.elements();
   EXPECT_EQ(elements.count("vp8dec") + elements.count("avdec_vp8"), 1U);

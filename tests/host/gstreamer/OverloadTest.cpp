@@ -168,8 +168,8 @@ TEST_F(OverloadTest, AnotherPlaceIsAnotherBeginning) {
 
 TEST_F(OverloadTest, WithoutAKeyFrameAheadItDoesNotRushThroughTheFilm) {
   fallBehind();
-  playAt(0);
   const Instant before = now();
+  playAt(0);
   hand(Kind::Needed, GST_SECOND);
   EXPECT_GE(now() - before, 500 * GST_MSECOND);
   EXPECT_EQ(dropped_, 1);

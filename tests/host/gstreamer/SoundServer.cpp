@@ -54,13 +54,21 @@ void Process::wait() {
   id_ = -1;
 }
 
-SoundServer::SoundServer() {
+namespace {
+
+fs::path newFolder() {
   std::string name = (fs::temp_directory_path() / "quillop-sound-XXXXXX").string();
-  folder_ = mkdtemp(name.data());
+  return mkdtemp(name.data());
+}
+
+}  // namespace
+
+SoundServer::SoundServer()
+    : folder_(newFolder()),
+      configuration_("PULSE_CLIENTCONFIG", (folder_ / "client.conf").string()),
+      server_("PULSE_SERVER", address()) {
   // Clients are not to start a server of their own when this one is not there.
   std::ofstream(folder_ / "client.conf") << "autospawn = no\n";
-  setenv("PULSE_CLIENTCONFIG", (folder_ / "client.conf").c_str(), 1);
-  setenv("PULSE_SERVER", address().c_str(), 1);
 }
 
 SoundServer::~SoundServer() {

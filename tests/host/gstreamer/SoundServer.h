@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/EnvironmentVariable.h"
+
 #include <sys/types.h>
 
 #include <array>
@@ -34,7 +36,7 @@ class Process {
 };
 
 /// A sound server of the test's own that plays to nobody. Its sinks swallow what they are given, and hand it to
-/// whoever listens.
+/// whoever listens. As long as it exists, programs of this process find it without being told where.
 class SoundServer {
  public:
   /// Does not start it.
@@ -56,6 +58,8 @@ class SoundServer {
 
  private:
   std::filesystem::path folder_;
+  EnvironmentVariable configuration_;
+  EnvironmentVariable server_;
   Process process_;
 };
 

@@ -178,6 +178,13 @@ std::multiset<std::string> Stage::elements() const {
   return elements_;
 }
 
+double leastOf(const std::function<double()>& look) {
+  constexpr int looks = 10;
+  double least = look();
+  for (int i = 1; i < looks; ++i) least = std::min(least, look());
+  return least;
+}
+
 float peak(const std::vector<float>& samples) {
   float largest = 0.0F;
   for (const float sample : samples) largest = std::max(largest, std::fabs(sample));

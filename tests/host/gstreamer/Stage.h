@@ -118,6 +118,10 @@ class Stage {
   std::unique_ptr<host::MediaEngine> engine_;
 };
 
+/// The least of some looks at how far two readings, taken one after the other, are apart: a machine that halts
+/// between the two sets them apart, but hardly every time.
+double leastOf(const std::function<double()>& look);
+
 /// The largest sample.
 float peak(const std::vector<float>& samples);
 /// Whether every sample is zero to the bit.

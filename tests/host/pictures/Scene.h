@@ -7,7 +7,7 @@
 #include "hosts/desktop/SettingsPage.h"
 #include "hosts/desktop/WindowMenu.h"
 #include "tests/host/desktop/LibraryStage.h"
-#include "tests/host/medialibrary/Environment.h"
+#include "tests/support/EnvironmentVariable.h"
 
 /// The app with all that the desktop lays over it, to be photographed in one state.
 class Scene final {

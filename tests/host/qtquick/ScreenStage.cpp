@@ -36,7 +36,8 @@ std::vector<host::LibraryItem> videos(std::size_t count, const std::vector<std::
 }  // namespace
 
 ScreenStage::ScreenStage(Options options)
-    : screen_(paintedArtwork,
+    : motion_(options.moves ? std::make_unique<Motion>() : nullptr),
+      screen_(paintedArtwork,
               {.closed = {}, .hidden = {}, .shown = {}, .menuRequested = [this] { ++menusRequested_; }}) {
   host_.mediaLibrary.itemsByType[homeVideo] = videos(options.videos, options.titles);
   if (!options.isFirstRun) {
@@ -72,6 +73,7 @@ ViewController& ScreenStage::screen() const {
 }
 
 void ScreenStage::advance(double seconds) {
+  if (motion_) motion_->advance(seconds);
   host_.mainLoop.advance(seconds);
   settle();
 }

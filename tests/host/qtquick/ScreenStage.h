@@ -7,6 +7,7 @@
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIWindow.h"
 #include "playback/ViewController.h"
+#include "tests/host/qtquick/Motion.h"
 #include "tests/host/qtquick/TestPictures.h"
 #include "tutorial/NFXIntroViewController.h"
 
@@ -25,6 +26,7 @@ class ScreenStage final {
     std::size_t videos = 3;  ///< "Video 0", "Video 1", ..., one minute each
     bool isFirstRun = false;
     std::vector<std::string> titles = {};  ///< of the first videos, in place of their usual ones
+    bool moves = false;                    ///< there are animations
   };
 
   ScreenStage() : ScreenStage(Options{}) {}
@@ -41,7 +43,7 @@ class ScreenStage final {
   simulated::Host& simulatedHost() { return host_; }
   std::shared_ptr<PaintedStream> stream(std::size_t index) const { return engine_.streams().at(index); }
 
-  /// Lets virtual time pass, then draws what came of it.
+  /// Lets virtual time pass, that of animations too, then draws what came of it.
   void advance(double seconds);
   /// Handles Qt's events until the next frame was drawn, and whatever the app does at once.
   void settle();
@@ -69,6 +71,7 @@ class ScreenStage final {
 
  private:
   int menusRequested_ = 0;
+  std::unique_ptr<Motion> motion_;
   simulated::Host host_;
   PaintedEngine engine_;
   qtquick::ScreenHost screen_;

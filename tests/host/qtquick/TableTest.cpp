@@ -76,9 +76,11 @@ TEST_F(TableTest, TheWheelScrolls) {
   const QPointF place = middleOf(*table(1));
   QWheelEvent wheel(place, place, {0, -200}, {0, -120}, Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
   QCoreApplication::sendEvent(&stage.window(), &wheel);
-  QTest::qWait(50);
-  stage.settle();
-  EXPECT_GT(list->tabella1->contentOffset().y, 0);
+  const auto hasMoved = [&] {
+    stage.settle();
+    return list->tabella1->contentOffset().y > 0;
+  };
+  EXPECT_TRUE(QTest::qWaitFor(hasMoved));
 }
 
 TEST_F(TableTest, AClickChoosesTheRowInItsTable) {

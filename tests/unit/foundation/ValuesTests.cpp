@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
 #include <cmath>
 #include <limits>
+#include <locale>
+#include <sstream>
 
 namespace {
 
@@ -57,7 +60,32 @@ TEST(TextOf, KeepsTheFractionOfAWholeNumber) {
   EXPECT_EQ(textOf(-0.0), "-0.0");
 }
 
+/// Writes a comma where others write a point.
+class Comma final : public std::numpunct<char> {
+  char do_decimal_point() const override { return ','; }
+};
+
+/// For as long as it lives, numbers are written with a comma: in C++, and in C where such a locale is installed.
+class LocaleWithAComma {
+ public:
+  LocaleWithAComma() : cxx_(std::locale::global(std::locale(std::locale::classic(), new Comma))) {
+    setlocale(LC_NUMERIC, "de_DE.UTF-8");
+  }
+  ~LocaleWithAComma() {
+    std::locale::global(cxx_);
+    setlocale(LC_NUMERIC, c_.c_str());
+  }
+  LocaleWithAComma(const LocaleWithAComma&) = delete;
+  LocaleWithAComma& operator=(const LocaleWithAComma&) = delete;
+
+ private:
+  const std::string c_ = setlocale(LC_NUMERIC, nullptr);
+  const std::locale cxx_;
+};
+
 TEST(TextOf, WritesAPointInEveryLocale) {
+  const LocaleWithAComma comma;
+  ASSERT_EQ((std::ostringstream() << 12.5).str(), "12,5");
   EXPECT_EQ(textOf(12.5), "12.5");
   EXPECT_EQ(textOf(-0.25), "-0.25");
   EXPECT_EQ(textOf(1234567.25), "1234567.25");

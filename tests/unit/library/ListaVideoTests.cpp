@@ -140,7 +140,7 @@ TEST(ListaVideo, TutorialOfTheEmptyAlertOpensTheHelpPageOutsideTheApp) {
   stage.advance(1.0);
   stage.event([&] { shownAlert(stage)->pressAction(1); });
   stage.advance(1.0);
-  EXPECT_EQ(stage.host.desktop.opened.size(), 1U);
+  EXPECT_THAT(stage.host.desktop.opened, ElementsAre("quillop-help:add-videos"));
   EXPECT_TRUE(stage.list());
 }
 

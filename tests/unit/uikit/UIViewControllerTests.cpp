@@ -37,11 +37,9 @@ TEST_F(UIViewControllerTest, EachLayoutOfItsRootViewIsReported) {
 
 TEST_F(UIViewControllerTest, ASheetsSceneIsLaidOutAtTheSheetsSize) {
   launch();
-  event([this] { root().performSegueWithIdentifier_sender("toFull", nullptr); });
-  EXPECT_EQ(top().boxWhenLoaded, CGRectMake(0, 0, 1024, 640));
-  const auto sheet = make<UIViewController>();
-  sheet->setModalPresentationStyle(UIModalPresentationStyle::PageSheet);
-  EXPECT_EQ(sheet->view()->frame(), CGRectMake(32, 64, 960, 512));
+  event([this] { root().performSegueWithIdentifier_sender("toSheet", nullptr); });
+  EXPECT_EQ(top().view()->frame(), CGRectMake(32, 64, 960, 512));
+  EXPECT_EQ(top().boxWhenLoaded, CGRectMake(0, 0, 960, 512));
 }
 
 TEST_F(UIViewControllerTest, ItsViewIsLoadedOnce) {

@@ -22,6 +22,7 @@ constexpr const char* screens = R"(
     <segue identifier="toFull" destination="Full" presentation="fullScreen"/>
   </scene>
   <scene class="Sheet">
+    <UIView outlet="box" left="0" right="0" top="0" bottom="0"/>
     <UIButton outlet="button" action="pressed:" left="0" top="0" width="100" height="44"/>
     <segue identifier="toFull" destination="Full" presentation="fullScreen"/>
     <segue identifier="toListing" destination="Full" presentation="fullScreen" waitsFor="mediaLibrary"/>
