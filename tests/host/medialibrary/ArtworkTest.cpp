@@ -4,9 +4,9 @@
 #include "hosts/medialibrary/Png.h"
 #include "hosts/medialibrary/Thumbnails.h"
 #include "platform/foundation/Values.h"
-#include "tests/host/medialibrary/Environment.h"
 #include "tests/host/probe/TemporaryFolder.h"
 #include "tests/support/Clips.h"
+#include "tests/support/EnvironmentVariable.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "hosts/probe/MediaProbe.h"
-#include "tests/host/medialibrary/Environment.h"
 #include "tests/host/medialibrary/IndexerUse.h"
 #include "tests/host/probe/TemporaryFolder.h"
 #include "tests/support/Clips.h"
+#include "tests/support/EnvironmentVariable.h"
 
 #include <sys/socket.h>
 #include <sys/stat.h>

@@ -1,7 +1,7 @@
 #include "hosts/medialibrary/Folders.h"
 
-#include "tests/host/medialibrary/Environment.h"
 #include "tests/host/probe/TemporaryFolder.h"
+#include "tests/support/EnvironmentVariable.h"
 
 #include <gtest/gtest.h>
 

@@ -2,10 +2,10 @@
 
 #include "hosts/medialibrary/Thumbnails.h"
 #include "hosts/probe/MediaProbe.h"
-#include "tests/host/medialibrary/Environment.h"
 #include "tests/host/medialibrary/IndexerUse.h"
 #include "tests/host/probe/TemporaryFolder.h"
 #include "tests/support/Clips.h"
+#include "tests/support/EnvironmentVariable.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

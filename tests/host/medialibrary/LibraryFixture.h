@@ -2,9 +2,9 @@
 
 #include "hosts/medialibrary/Library.h"
 #include "platform/foundation/Values.h"
-#include "tests/host/medialibrary/Environment.h"
 #include "tests/host/probe/TemporaryFolder.h"
 #include "tests/support/Clips.h"
+#include "tests/support/EnvironmentVariable.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "hosts/medialibrary/Order.h"
 
-#include "tests/host/medialibrary/Environment.h"
+#include "tests/support/EnvironmentVariable.h"
 
 #include <gtest/gtest.h>
 
