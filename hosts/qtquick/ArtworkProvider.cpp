@@ -24,9 +24,11 @@ class Response final : public QQuickImageResponse {
   void cancel() override { cancelled_ = true; }
 
   bool isCancelled() const { return cancelled_; }
+  /// Any thread. Told on the response's own: Qt Quick first connects to the signal and then looks whether it has been
+  /// emitted, and one that another thread emits in between is lost, so that the picture would never come.
   void answer(QImage image) {
     image_ = std::move(image);
-    emit finished();
+    QMetaObject::invokeMethod(this, &Response::finished, Qt::QueuedConnection);
   }
 
  private:

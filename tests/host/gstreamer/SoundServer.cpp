@@ -2,6 +2,8 @@
 
 #include <fcntl.h>
 #include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -99,9 +101,21 @@ bool SoundServer::start(const std::vector<std::string>& sinks) {
     command.insert(command.end(), {"-L", "module-null-sink sink_name=" + sink + " format=float32le rate=48000"});
   }
   process_ = Process(command);
-  for (int i = 0; i < 1000 && !fs::exists(folder_ / "socket"); ++i)
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  return fs::exists(folder_ / "socket");
+  for (int i = 0; i < 1000 && !listens(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  return listens();
+}
+
+/// The socket is there before anybody listens at it.
+bool SoundServer::listens() const {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  const std::string path = folder_ / "socket";
+  path.copy(address.sun_path, sizeof address.sun_path - 1);
+  const int end = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const void* generic = &address;
+  const bool isThere = connect(end, static_cast<const sockaddr*>(generic), sizeof address) == 0;
+  close(end);
+  return isThere;
 }
 
 void SoundServer::command(std::vector<std::string> arguments) const {

@@ -57,6 +57,8 @@ class SoundServer {
   void removeSink(const std::string& name) const;
 
  private:
+  bool listens() const;
+
   std::filesystem::path folder_;
   EnvironmentVariable configuration_;
   EnvironmentVariable server_;

@@ -76,12 +76,18 @@ class SoundServers : public testing::Test {
 
   /// Both ears hear their film at the place where it is. (The capture itself is late by some of a second, and on a
   /// busy machine one device may start later than the other, which its own picture follows.)
-  bool areHeard(const Listener& listener) {
-    return stage_.until([&] {
+  testing::AssertionResult areHeard(const Listener& listener) {
+    std::array<double, 2> heard{};
+    double place = 0.0;
+    const bool are = stage_.until([&] {
       const auto level = listener.newest();
-      return isHeard(level[0]) && isHeard(level[1]) && apart(timeIn(level[0]), films_[0].picture->position()) < 0.4 &&
-             apart(timeIn(level[0]), timeIn(level[1])) < 0.1;
+      heard = {timeIn(level[0]), timeIn(level[1])};
+      place = films_[0].picture->position();
+      return isHeard(level[0]) && isHeard(level[1]) && apart(heard[0], place) < 0.4 &&
+             apart(heard[0], heard[1]) < 0.1;
     });
+    if (are) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << heard[0] << " and " << heard[1] << " s are heard at " << place << " s";
   }
 
   /// Of what `steady` gives, the left ear hears `left` and the right one `right`.
