@@ -20,7 +20,7 @@ RIVAL_MARK = "QUILLOP_BENCH"
 
 
 class Rival:
-    """Two processes of a player for one film, one for each view."""
+    """Two processes of a player for one film, one for each view. Each kind knows how to `open` a film on a side."""
 
     name = None
 
@@ -36,9 +36,6 @@ class Rival:
         for side, path in enumerate(paths):
             self.open(side, path)
         wait_for_pictures(self._ground.stage.screen, self.boxes)
-
-    def open(self, side, path):
-        raise NotImplementedError
 
     def _start(self, command):
         environment = dict(self._ground.stage.environment, HOME=self._folder.name, XDG_RUNTIME_DIR=self._folder.name)

@@ -7,6 +7,7 @@ from processes import until
 
 NAME = "example.quillop.Quillop"
 PATH = "/" + NAME.replace(".", "/")
+SWITCH = "Access to the media library"
 
 
 class Launcher(Journey):
@@ -28,6 +29,15 @@ class Launcher(Journey):
     def test_the_action_of_the_desktop_entry_opens_the_settings(self):
         self.ask("ActivateAction", "(sava{sv})", ("settings", [], {}))
         self.program.wait_for("Add a folder")
+        self.screen.key("Escape")
+        self.program.wait_until_gone("Add a folder")
+
+    def test_the_menu_opens_the_settings_at_their_beginning(self):
+        self.program.press("Quillop menu")
+        self.program.press("Settings")
+        self.program.wait_for("Add a folder")
+        _, head, _, height = self.program.wait_for("Close").box
+        until(lambda: self.program.wait_for(SWITCH).box[1] >= head + height, "the first setting to be below the head")
         self.screen.key("Escape")
         self.program.wait_until_gone("Add a folder")
 

@@ -20,6 +20,9 @@ FocusScope {
 
     // What has the focus is in sight.
     function reveal(item) {
+        // Before the page has its size nothing is out of sight.
+        if (flickable.height <= 0)
+            return
         let ancestor = item
         while (ancestor !== null && ancestor !== column)
             ancestor = ancestor.parent
