@@ -1,5 +1,6 @@
 #include "hosts/desktop/MediaPlayer.h"
 
+#include <QDBusConnectionInterface>
 #include <QGuiApplication>
 
 #include <mediaplayeradaptor.h>
@@ -30,6 +31,9 @@ const std::array<std::pair<const char*, QVariant>, 12> lastingProperties{{{"CanQ
                                                                           {"CanPause", true},
                                                                           {"CanControl", true}}};
 
+/// For how long the bus may keep the app from ending, in milliseconds.
+constexpr int patience = 5000;
+
 qlonglong microseconds(double seconds) {
   return std::llround(seconds * 1e6);
 }
@@ -52,6 +56,8 @@ MediaPlayer::MediaPlayer(Setting setting)
 }
 
 MediaPlayer::~MediaPlayer() {
+  // A connection is closed some time later, and the bus may read what others send before it sees that.
+  leave();
   QDBusConnection::disconnectFromBus(connectionName_);
 }
 
@@ -80,7 +86,9 @@ bool MediaPlayer::connectToBus() {
   if (bus_.isConnected()) return true;
   QDBusConnection::disconnectFromBus(connectionName_);
   bus_ = QDBusConnection::connectToBus(setting_.bus, connectionName_);
-  return bus_.isConnected();
+  if (!bus_.isConnected()) return false;
+  bus_.interface()->setTimeout(patience);
+  return true;
 }
 
 bool MediaPlayer::takeName() {

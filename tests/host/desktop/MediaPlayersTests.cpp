@@ -9,9 +9,11 @@
 #include <QDBusServiceWatcher>
 #include <QGuiApplication>
 
+#include <chrono>
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <thread>
 
 namespace desktop {
 namespace {
@@ -87,6 +89,18 @@ TEST_F(MediaPlayersTest, AFilmIsAPlayerFromItsLoadToItsEnd) {
 
 TEST_F(MediaPlayersTest, ThePlayersAreGoneWhenTheAppEnds) {
   startAndLoad(1);
+  players.reset();
+  EXPECT_FALSE(client1.isThere());
+}
+
+TEST_F(MediaPlayersTest, ThePlayersAreGoneWhenTheAppEndsAlsoFromABusThatIsBehind) {
+  startAndLoad(1);
+  bus.suspend();
+  for (int time = 0; time < 20; ++time) stage.press(stage.playPause(1));
+  std::jthread later([this] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    bus.resume();
+  });
   players.reset();
   EXPECT_FALSE(client1.isThere());
 }

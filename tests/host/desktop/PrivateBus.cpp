@@ -4,6 +4,8 @@
 #include <QDBusPendingCallWatcher>
 #include <QFile>
 
+#include <csignal>
+
 namespace desktop {
 
 namespace {
@@ -57,6 +59,14 @@ void PrivateBus::settle(const QDBusConnection& receiver) {
                                      QStringLiteral("org.freedesktop.DBus"), QStringLiteral("ListNames"))));
   QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, [&] { answered = true; });
   runUntil([&] { return answered; });
+}
+
+void PrivateBus::suspend() const {
+  EXPECT_EQ(kill(static_cast<pid_t>(daemon_.processId()), SIGSTOP), 0);
+}
+
+void PrivateBus::resume() const {
+  EXPECT_EQ(kill(static_cast<pid_t>(daemon_.processId()), SIGCONT), 0);
 }
 
 }  // namespace desktop

@@ -22,6 +22,9 @@ class PrivateBus final {
   QDBusConnection connection(const QString& name);
   /// Returns when everything that was sent to `receiver` before has arrived and been dealt with.
   static void settle(const QDBusConnection& receiver);
+  /// Lets what is sent to it lie until it is resumed, from any thread.
+  void suspend() const;
+  void resume() const;
 
  private:
   QTemporaryDir folder_;
