@@ -6,7 +6,7 @@
 
 namespace {
 
-const ClassRegistration registration = registerClass<AppDelegate>("AppDelegate");
+const ClassRegistration delegateRegistration = registerClass<AppDelegate>("AppDelegate");
 
 }  // namespace
 

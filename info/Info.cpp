@@ -7,7 +7,7 @@
 
 namespace {
 
-const ClassRegistration registration = registerClass<Info>("Info");
+const ClassRegistration infoRegistration = registerClass<Info>("Info");
 
 }  // namespace
 

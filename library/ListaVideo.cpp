@@ -9,7 +9,7 @@
 
 namespace {
 
-const ClassRegistration registration = registerClass<ListaVideo>("ListaVideo");
+const ClassRegistration listRegistration = registerClass<ListaVideo>("ListaVideo");
 
 constexpr const char* cellIdentifier = "cell";
 constexpr UIColor rowColour = UIColor::colorWithRed_green_blue_alpha(0.106, 0.129, 0.141, 1.0);

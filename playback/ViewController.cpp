@@ -4,7 +4,7 @@
 
 namespace {
 
-const ClassRegistration registration = registerClass<ViewController>("ViewController");
+const ClassRegistration screenRegistration = registerClass<ViewController>("ViewController");
 
 // Film 2's close line lacks film 1's hyphens on purpose.
 constexpr FilmConstants film1Constants{

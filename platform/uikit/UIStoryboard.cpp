@@ -15,10 +15,10 @@
 #include <set>
 #include <string_view>
 
+namespace {
+
 using pugi::xml_attribute;
 using pugi::xml_node;
-
-namespace {
 
 [[noreturn]] void stop(const std::string& reason) {
   fatalError("the interface resource: " + reason);

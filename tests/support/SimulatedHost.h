@@ -2,6 +2,7 @@
 
 #include "platform/host/Ports.h"
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -12,6 +13,9 @@
 namespace simulated {
 
 using Lines = std::vector<std::string>;
+
+/// The media type that the app asks the library for.
+constexpr std::uint64_t homeVideo = 8192;
 
 /// Time stands still until the test moves it.
 class MainLoop final : public host::MainLoop {

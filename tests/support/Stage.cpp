@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr std::uint64_t homeVideo = 8192;
-
 host::LibraryItem item(const std::string& name, double seconds) {
   return {Stage::url(name + ".mp4"), name, seconds, "image://artwork/" + name};
 }
@@ -61,7 +59,7 @@ void ViewControllerFields::clearProgressTimer(int film) const {
 }
 
 Stage::Stage(Run run) : platform_(std::make_unique<Platform>(host.ports())) {
-  host.mediaLibrary.itemsByType[homeVideo] = {item("alba", 12.5), item("gatto", 3725.9), item("mare", 60)};
+  host.mediaLibrary.itemsByType[simulated::homeVideo] = {item("alba", 12.5), item("gatto", 3725.9), item("mare", 60)};
   if (run == LaterRun) host.defaults.values = {{"primoAvvio", std::string("2")}, {"primoAvvio2", std::string("2")}};
   if (run != NotLaunched) launch();
 }
@@ -87,6 +85,14 @@ ViewController& Stage::screen() const {
 
 Strong<ListaVideo> Stage::list() const {
   return std::dynamic_pointer_cast<ListaVideo>(window()->topmostViewController());
+}
+
+Strong<UIAlertController> Stage::alert() const {
+  return std::dynamic_pointer_cast<UIAlertController>(window()->topmostViewController());
+}
+
+std::string Stage::imageOf(const UIButton& button) {
+  return button.imageForState(UIControlState::Normal)->name();
 }
 
 const Strong<UIView>& Stage::filmView(int film) const {

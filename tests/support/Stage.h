@@ -2,6 +2,7 @@
 
 #include "library/ListaVideo.h"
 #include "platform/Platform.h"
+#include "platform/uikit/UIAlertController.h"
 #include "platform/uikit/UIWindow.h"
 #include "playback/ViewController.h"
 #include "tests/support/SimulatedHost.h"
@@ -47,6 +48,8 @@ class Stage {
   const Strong<UIWindow>& window() const;
   /// The list, while it is the topmost screen.
   Strong<ListaVideo> list() const;
+  /// The alert, while it is the topmost screen.
+  Strong<UIAlertController> alert() const;
 
   const Strong<UIView>& filmView(int film) const;
   const Strong<UIView>& overlay(int film) const;
@@ -79,6 +82,10 @@ class Stage {
   Lines takeLines() { return std::exchange(host.console.lines, {}); }
   Lines takeCalls() { return host.mediaEngine.takeCalls(); }
 
+  /// The name of the image that a button shows.
+  static std::string imageOf(const UIButton& button);
+  /// What the closing of a film prints first.
+  static constexpr auto closeLine = "-------------- chiudiFilm chiudo il film ";
   static std::string url(const std::string& name) { return "file:///videos/" + name; }
 
  private:

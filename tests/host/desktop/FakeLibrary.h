@@ -2,6 +2,7 @@
 
 #include "hosts/medialibrary/Library.h"
 #include "platform/host/MainLoop.h"
+#include "tests/support/SimulatedHost.h"
 
 #include <gtest/gtest.h>
 
@@ -47,7 +48,7 @@ class FakeLibrary final : public medialibrary::FolderLibrary {
   void setFolders(std::vector<std::string> folders) override { facts_.folders = std::move(folders); }
   Contents contents(std::uint64_t mediaType) override {
     Contents contents = facts_.contents;
-    if (mediaType != homeVideo) contents.items = 0;
+    if (mediaType != simulated::homeVideo) contents.items = 0;
     return contents;
   }
   Progress progress() override { return facts_.progress; }
@@ -65,8 +66,6 @@ class FakeLibrary final : public medialibrary::FolderLibrary {
   void setChanged(std::function<void()> changed) override { facts_.changed = std::move(changed); }
 
  private:
-  static constexpr std::uint64_t homeVideo = 8192;
-
   class SameItems final : public host::LibraryItems {
    public:
     explicit SameItems(std::size_t count) : count_(count) {}

@@ -24,7 +24,7 @@ using Answer = LibraryAccess::Answer;
 using Folders = std::vector<std::string>;
 using Contents = medialibrary::FolderLibrary::Contents;
 
-constexpr std::uint64_t homeVideo = 8192;
+using simulated::homeVideo;
 
 class GuardedLibraryTest : public testing::Test {
  protected:

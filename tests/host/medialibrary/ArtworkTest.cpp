@@ -4,6 +4,7 @@
 #include "hosts/medialibrary/Png.h"
 #include "hosts/medialibrary/Thumbnails.h"
 #include "platform/foundation/Values.h"
+#include "tests/host/medialibrary/Programs.h"
 #include "tests/host/probe/TemporaryFolder.h"
 #include "tests/support/Clips.h"
 #include "tests/support/EnvironmentVariable.h"
@@ -53,7 +54,7 @@ mode_t modeOf(const std::string& path) {
 class Artwork : public testing::Test {
  protected:
   static std::optional<probe::Still> artwork(const std::string& path, int largestSide) {
-    return medialibrary::ArtworkMaker(QUILLOP_INDEXER).picture(path, largestSide);
+    return medialibrary::ArtworkMaker(programs::indexer()).picture(path, largestSide);
   }
 
   void SetUp() override { setModified(path_, filmTime); }

@@ -1,5 +1,6 @@
 #include "hosts/probe/MediaProbe.h"
 #include "tests/host/medialibrary/IndexerUse.h"
+#include "tests/host/medialibrary/Programs.h"
 #include "tests/host/probe/TemporaryFolder.h"
 #include "tests/support/Clips.h"
 #include "tests/support/EnvironmentVariable.h"
@@ -36,7 +37,7 @@ std::vector<std::string> wholeClips() {
 class Corpus : public testing::Test {
  protected:
   static std::unique_ptr<IndexerProcess> makeIndexer() {
-    return IndexerProcess::make({QUILLOP_INDEXER, std::chrono::seconds(30), 1ULL << 30U, true});
+    return IndexerProcess::make({programs::indexer(), std::chrono::seconds(30), 1ULL << 30U, true});
   }
 
   std::string path(const std::string& name) const { return folder_ / name; }

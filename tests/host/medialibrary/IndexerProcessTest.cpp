@@ -3,6 +3,7 @@
 #include "hosts/medialibrary/Thumbnails.h"
 #include "hosts/probe/MediaProbe.h"
 #include "tests/host/medialibrary/IndexerUse.h"
+#include "tests/host/medialibrary/Programs.h"
 #include "tests/host/probe/TemporaryFolder.h"
 #include "tests/support/Clips.h"
 #include "tests/support/EnvironmentVariable.h"
@@ -25,11 +26,11 @@ using medialibrary::IndexerProcess;
 
 /// The stand-in, whose look does what the file's name says.
 IndexerOptions standIn() {
-  return {QUILLOP_STAND_IN_INDEXER, std::chrono::seconds(30), 1ULL << 30U, true};
+  return {programs::standInIndexer(), std::chrono::seconds(30), 1ULL << 30U, true};
 }
 
 IndexerOptions realProgram() {
-  return {QUILLOP_INDEXER, std::chrono::seconds(60), 1ULL << 30U, true};
+  return {programs::indexer(), std::chrono::seconds(60), 1ULL << 30U, true};
 }
 
 IndexerOptions impatient() {
@@ -335,7 +336,7 @@ TEST(IndexerProcess, CannotRunAProgramThatNeverOpensAnything) {
 TEST(IndexerProcess, WaitsForAProgramThatCannotBeStartedAtTheMoment) {
   const TemporaryFolder folder;
   auto options = standIn();
-  options.program = folder.copy(QUILLOP_STAND_IN_INDEXER, "indexer");
+  options.program = folder.copy(programs::standInIndexer(), "indexer");
   const int writer = ::open(options.program.c_str(), O_WRONLY | O_CLOEXEC);
   ASSERT_GE(writer, 0);
   const auto indexer = IndexerProcess::make(options);
@@ -362,7 +363,7 @@ TEST(IndexerProcess, RefusesPathsThatNothingCanOpen) {
 TEST(IndexerProcess, IgnoresTasksThatAreNoneOfItsOwn) {
   const pid_t child = fork();
   if (child == 0) {
-    execl(QUILLOP_INDEXER, QUILLOP_INDEXER, "--help", nullptr);
+    execl(programs::indexer(), programs::indexer(), "--help", nullptr);
     _exit(127);
   }
   int status = 0;

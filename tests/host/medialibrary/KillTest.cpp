@@ -1,5 +1,6 @@
 #include "hosts/medialibrary/Index.h"
 #include "tests/host/medialibrary/LibraryFixture.h"
+#include "tests/host/medialibrary/Programs.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -53,9 +54,9 @@ class KilledLibrary : public LibraryFixture {
     posix_spawn_file_actions_t actions{};
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-    std::string program = QUILLOP_LIBRARY_PROGRAM;
+    std::string program = programs::library();
     std::string file = index();
-    std::string indexer = QUILLOP_INDEXER;
+    std::string indexer = programs::indexer();
     std::string folder = folder_.path().string();
     const std::array<char*, 5> arguments = {program.data(), file.data(), indexer.data(), folder.data(), nullptr};
     ASSERT_EQ(::posix_spawn(&process_, program.c_str(), &actions, nullptr, arguments.data(), environ), 0);

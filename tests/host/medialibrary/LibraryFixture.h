@@ -2,6 +2,7 @@
 
 #include "hosts/medialibrary/Library.h"
 #include "platform/foundation/Values.h"
+#include "tests/host/medialibrary/Programs.h"
 #include "tests/host/probe/TemporaryFolder.h"
 #include "tests/support/Clips.h"
 #include "tests/support/EnvironmentVariable.h"
@@ -65,7 +66,7 @@ class LibraryFixture : public testing::Test {
     options.folders = std::move(folders);
     options.locale = locale;
     options.index = system_ / "data/library.db";
-    options.indexer = QUILLOP_INDEXER;
+    options.indexer = programs::indexer();
     return options;
   }
 

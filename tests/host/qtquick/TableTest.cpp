@@ -145,7 +145,6 @@ TEST_F(TableTest, ASmallerWindowKeepsTheRowsInSight) {
 
 namespace {
 
-constexpr std::uint64_t homeVideo = 8192;
 const auto emptyText = QStringLiteral("No videos yet. Put some into your Videos folder and open this list again.");
 
 /// All items below `item` whose accessible name is `name`.
@@ -247,7 +246,7 @@ class NamedVideos {
   NamedVideos(QSize size, const std::vector<std::string>& titles) : stage({.size = size, .videos = 0}) {
     std::vector<host::LibraryItem> items;
     for (const auto& title : titles) items.push_back({"file:///videos/" + title, title, 60, "/videos/same.mp4"});
-    stage.simulatedHost().mediaLibrary.itemsByType[homeVideo] = items;
+    stage.simulatedHost().mediaLibrary.itemsByType[simulated::homeVideo] = items;
     stage.openList();
   }
 

@@ -10,7 +10,7 @@ using testing::ElementsAre;
 
 namespace {
 
-class Target final : public NSObject {
+class TimerTarget final : public NSObject {
  public:
   void fired(const Strong<NSTimer>& timer) {
     ++count;
@@ -59,10 +59,10 @@ TEST_F(NSTimerTest, SkipsTheRepeatsThatWereMissed) {
 }
 
 TEST_F(NSTimerTest, TellsItsSelectorWhichTimerItIs) {
-  const auto target = make<Target>();
+  const auto target = make<TimerTarget>();
   const auto info = make<NSString>("info");
-  const auto timer =
-      NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, target, &Target::fired, info, true);
+  const auto timer = NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
+      1, target, &TimerTarget::fired, info, true);
   advance(3);
   EXPECT_EQ(target->count, 3);
   EXPECT_EQ(target->last.lock(), timer);
@@ -121,9 +121,10 @@ TEST_F(NSTimerTest, ATimerInvalidatedByAnEarlierOneOfTheSameTurnDoesNotFire) {
 }
 
 TEST_F(NSTimerTest, AScheduledTimerKeepsItsTarget) {
-  auto target = make<Target>();
-  const Weak<Target> weak = target;
-  NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, target, &Target::fired, nullptr, true);
+  auto target = make<TimerTarget>();
+  const Weak<TimerTarget> weak = target;
+  NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, target, &TimerTarget::fired, nullptr,
+                                                                           true);
   target = nullptr;
   advance(3);
   ASSERT_FALSE(weak.expired());
@@ -131,12 +132,12 @@ TEST_F(NSTimerTest, AScheduledTimerKeepsItsTarget) {
 }
 
 TEST_F(NSTimerTest, InvalidationReleasesTargetAndUserInfo) {
-  auto target = make<Target>();
+  auto target = make<TimerTarget>();
   auto info = make<NSString>("info");
-  const Weak<Target> weakTarget = target;
+  const Weak<TimerTarget> weakTarget = target;
   const Weak<NSString> weakInfo = info;
-  const auto timer =
-      NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(1, target, &Target::fired, info, true);
+  const auto timer = NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
+      1, target, &TimerTarget::fired, info, true);
   target = nullptr;
   info = nullptr;
   ASSERT_FALSE(weakTarget.expired());
@@ -146,10 +147,10 @@ TEST_F(NSTimerTest, InvalidationReleasesTargetAndUserInfo) {
 }
 
 TEST_F(NSTimerTest, ATimerThatDoesNotRepeatReleasesItsTargetOnceItHasFired) {
-  auto target = make<Target>();
-  const Weak<Target> weak = target;
+  auto target = make<TimerTarget>();
+  const Weak<TimerTarget> weak = target;
   const auto timer = NSTimer::scheduledTimerWithTimeInterval_target_selector_userInfo_repeats(
-      1, target, &Target::fired, nullptr, false);
+      1, target, &TimerTarget::fired, nullptr, false);
   target = nullptr;
   advance(1);
   EXPECT_TRUE(weak.expired());

@@ -11,7 +11,6 @@
 namespace {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr auto greatest = std::numeric_limits<std::int64_t>::max();
 constexpr auto least = std::numeric_limits<std::int64_t>::min();
 
@@ -34,7 +33,7 @@ TEST(NSNumber, HoldsWholeNumbersInsideTheRange) {
   EXPECT_EQ(integerOf(-infinity), least);
   EXPECT_EQ(integerOf(9223372036854775808.0), greatest);
   EXPECT_EQ(integerOf(-9223372036854775808.0), least);
-  EXPECT_EQ(integerOf(notANumber), 0);
+  EXPECT_EQ(integerOf(std::numeric_limits<double>::quiet_NaN()), 0);
 }
 
 TEST(NSNumber, RemembersWhatItWasMadeFrom) {
@@ -100,7 +99,7 @@ TEST(TextOf, IsTheShortestTextThatReadsBackTheSame) {
 TEST(TextOf, LeavesWhatIsNoPlainNumberAsItIs) {
   EXPECT_EQ(textOf(1e300), "1e+300");
   EXPECT_EQ(textOf(infinity), "inf");
-  EXPECT_EQ(textOf(notANumber), "nan");
+  EXPECT_EQ(textOf(std::numeric_limits<double>::quiet_NaN()), "nan");
 }
 
 TEST(NSURL, GivesBackEveryByteOfAPath) {

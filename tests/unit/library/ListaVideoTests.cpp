@@ -1,4 +1,3 @@
-#include "platform/uikit/UIAlertController.h"
 #include "platform/uikit/UIStoryboard.h"
 #include "tests/support/Stage.h"
 
@@ -8,8 +7,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
-
-constexpr std::uint64_t homeVideo = 8192;
 
 struct Handed {
   std::string url;
@@ -45,14 +42,10 @@ class ItemWithout final : public MPMediaItem {
 
 /// Opens the list over a library of these items.
 Strong<ListaVideo> listOf(Stage& stage, std::vector<host::LibraryItem> items) {
-  stage.host.mediaLibrary.itemsByType[homeVideo] = std::move(items);
+  stage.host.mediaLibrary.itemsByType[simulated::homeVideo] = std::move(items);
   stage.openList();
   stage.takeLines();
   return stage.list();
-}
-
-Strong<UIAlertController> shownAlert(const Stage& stage) {
-  return std::dynamic_pointer_cast<UIAlertController>(stage.window()->topmostViewController());
 }
 
 Strong<UITableViewCell> cell(const Strong<ListaVideo>& list, long row) {
@@ -91,7 +84,7 @@ TEST(ListaVideo, EmptyLibraryLogsZeroAndShowsTheAlertOverTwoEmptyTables) {
   stage.openList();
   const auto lines = stage.takeLines();
   EXPECT_THAT(lines, testing::Contains("numero video : 0"));
-  const auto alert = shownAlert(stage);
+  const auto alert = stage.alert();
   ASSERT_TRUE(alert);
   EXPECT_EQ(alert->title(), std::nullopt);
   EXPECT_EQ(alert->message(),
@@ -110,10 +103,10 @@ TEST(ListaVideo, EmptyLibraryLogsZeroAndShowsTheAlertOverTwoEmptyTables) {
 TEST(ListaVideo, LibraryOfFilmsAndMusicVideosOnlyCountsAsEmpty) {
   Stage stage;
   auto& items = stage.host.mediaLibrary.itemsByType;
-  items = {{256, items[homeVideo]}, {2048, items[homeVideo]}};
+  items = {{256, items[simulated::homeVideo]}, {2048, items[simulated::homeVideo]}};
   stage.openList();
   EXPECT_THAT(stage.takeLines(), testing::Contains("numero video : 0"));
-  EXPECT_TRUE(shownAlert(stage));
+  EXPECT_TRUE(stage.alert());
 }
 
 TEST(ListaVideo, OkOfTheEmptyAlertLeavesTheEmptyListAndItComesBackEachTime) {
@@ -122,8 +115,8 @@ TEST(ListaVideo, OkOfTheEmptyAlertLeavesTheEmptyListAndItComesBackEachTime) {
   for (int showing = 0; showing < 2; ++showing) {
     stage.openList();
     stage.advance(1.0);
-    ASSERT_TRUE(shownAlert(stage));
-    stage.event([&] { shownAlert(stage)->pressAction(0); });
+    ASSERT_TRUE(stage.alert());
+    stage.event([&] { stage.alert()->pressAction(0); });
     stage.advance(1.0);
     const auto list = stage.list();
     ASSERT_TRUE(list);
@@ -138,7 +131,7 @@ TEST(ListaVideo, TutorialOfTheEmptyAlertOpensTheHelpPageOutsideTheApp) {
   stage.host.mediaLibrary.itemsByType.clear();
   stage.openList();
   stage.advance(1.0);
-  stage.event([&] { shownAlert(stage)->pressAction(1); });
+  stage.event([&] { stage.alert()->pressAction(1); });
   stage.advance(1.0);
   EXPECT_THAT(stage.host.desktop.opened, ElementsAre("quillop-help:add-videos"));
   EXPECT_TRUE(stage.list());
@@ -203,7 +196,7 @@ TEST(ListaVideo, EveryShowingQueriesAgainAndListsWhatWasAdded) {
   const auto list = stage.list();
   stage.event([&] { list->chiudi(nullptr); });
   stage.advance(1.0);
-  auto& items = stage.host.mediaLibrary.itemsByType[homeVideo];
+  auto& items = stage.host.mediaLibrary.itemsByType[simulated::homeVideo];
   items.insert(items.begin() + 1, {Stage::url("bosco.mp4"), "bosco", 9, "artwork"});
   stage.openList();
   EXPECT_NE(stage.list(), list);
@@ -312,7 +305,7 @@ TEST(ListaVideo, BackgroundTurnsBlackOnEveryLayoutPass) {
 TEST(ListaVideo, TenThousandVideosAskOnlyForTheRowsInSight) {
   Stage stage;
   std::vector<host::LibraryItem> items(10000, {Stage::url("a.mp4"), "a", 5, "artwork"});
-  stage.host.mediaLibrary.itemsByType[homeVideo] = std::move(items);
+  stage.host.mediaLibrary.itemsByType[simulated::homeVideo] = std::move(items);
   stage.openList();
   EXPECT_EQ(stage.list()->tabella1->numberOfRows(), 10000);
   EXPECT_LT(stage.list()->tabella1->visibleCells().size(), 20U);

@@ -11,10 +11,6 @@ namespace {
 
 constexpr auto leaveLine = "viewWillDisappear metto in pausa i due player";
 
-std::string imageOf(const UIButton& button) {
-  return button.imageForState(UIControlState::Normal)->name();
-}
-
 void leave(Stage& stage) {
   stage.event([&] { stage.screen().viewWillDisappear(true); });
 }
@@ -93,7 +89,7 @@ TEST(Lifecycle, LeavingStopsTheSoundPausesThePictureAndShowsPlay) {
   for (const int film : {1, 2}) {
     EXPECT_FALSE(stage.fields().audio(film)->isPlaying());
     EXPECT_FALSE(stage.fields().progressTimer(film)->isValid());
-    EXPECT_EQ(imageOf(*stage.playPause(film)), "play");
+    EXPECT_EQ(Stage::imageOf(*stage.playPause(film)), "play");
     EXPECT_NE(stage.fields().video(film), nullptr);
   }
 }

@@ -9,8 +9,6 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr auto closeLine = "-------------- chiudiFilm chiudo il film ";
-
 host::MediaFacts protectedFacts() {
   auto facts = simulated::filmFacts(60);
   facts.hasProtectedContent = true;
@@ -36,8 +34,8 @@ TEST(Loading, ConsoleOfAFirstLoadIntoFilm1) {
   stage.advance(UIWindow::transitionDuration);
   EXPECT_THAT(stage.takeLines(),
               ElementsAre("You tapped cell number 0.", "tabella 1", "finito", "passoVideo video1 : true",
-                          "posso far partire il video", "faccio partire video 1", "----- ChiudiFilm1", closeLine,
-                          "setSlider", "toccatoFilm1", "1     la vista non è stata rimossa"));
+                          "posso far partire il video", "faccio partire video 1", "----- ChiudiFilm1",
+                          Stage::closeLine, "setSlider", "toccatoFilm1", "1     la vista non è stata rimossa"));
   stage.advance(6.9);
   EXPECT_THAT(stage.takeLines(), IsEmpty());
   stage.advance(0.2);
@@ -52,7 +50,7 @@ TEST(Loading, ConsoleOfAFirstLoadIntoFilm2) {
   stage.advance(UIWindow::transitionDuration);
   EXPECT_THAT(stage.takeLines(),
               ElementsAre("You tapped cell number 0.", "tabella 2", "finito", "passoVideo video1 : false",
-                          "posso far partire il video", "faccio partire video 2", "ChiudiFilm2", closeLine,
+                          "posso far partire il video", "faccio partire video 2", "ChiudiFilm2", Stage::closeLine,
                           "setSlider", "toccatoFilm2", "2     la vista non è stata rimossa"));
   stage.advance(7.0);
   EXPECT_THAT(stage.takeLines(), ElementsAre("------------------------ Done"));
@@ -64,9 +62,10 @@ TEST(Loading, ConsoleOfALoadIntoAClosedFilm1) {
   stage.send(&ViewController::chiudiFilm, 1);
   stage.takeLines();
   stage.load(1, "b.mp4");
-  EXPECT_THAT(stage.takeLines(), ElementsAre("passoVideo video1 : true", "posso far partire il video",
-                                             "faccio partire video 1", "----- ChiudiFilm1", closeLine, "blocco timer",
-                                             "setSlider", "toccatoFilm1", "1     la vista non è stata rimossa"));
+  EXPECT_THAT(stage.takeLines(),
+              ElementsAre("passoVideo video1 : true", "posso far partire il video", "faccio partire video 1",
+                          "----- ChiudiFilm1", Stage::closeLine, "blocco timer", "setSlider", "toccatoFilm1",
+                          "1     la vista non è stata rimossa"));
 }
 
 TEST(Loading, ConsoleOfALoadIntoAClosedFilm2) {
@@ -75,9 +74,10 @@ TEST(Loading, ConsoleOfALoadIntoAClosedFilm2) {
   stage.send(&ViewController::chiudiFilm, 2);
   stage.takeLines();
   stage.load(2, "b.mp4");
-  EXPECT_THAT(stage.takeLines(), ElementsAre("passoVideo video1 : false", "posso far partire il video",
-                                             "faccio partire video 2", "ChiudiFilm2", closeLine, "blocco timer",
-                                             "setSlider", "toccatoFilm2", "2     la vista non è stata rimossa"));
+  EXPECT_THAT(stage.takeLines(),
+              ElementsAre("passoVideo video1 : false", "posso far partire il video", "faccio partire video 2",
+                          "ChiudiFilm2", Stage::closeLine, "blocco timer", "setSlider", "toccatoFilm2",
+                          "2     la vista non è stata rimossa"));
 }
 
 TEST(Loading, ConsoleOfALoadIntoALoadedFilm1) {
@@ -87,7 +87,7 @@ TEST(Loading, ConsoleOfALoadIntoALoadedFilm1) {
   stage.load(1, "b.mp4");
   EXPECT_THAT(stage.takeLines(),
               ElementsAre("passoVideo video1 : true", "posso far partire il video", "faccio partire video 1",
-                          "----- ChiudiFilm1", closeLine, "blocco timer", "blocco tutto", "rimuovo il video 1",
+                          "----- ChiudiFilm1", Stage::closeLine, "blocco timer", "blocco tutto", "rimuovo il video 1",
                           "setSlider", "toccatoFilm1", "1     la vista non è stata rimossa"));
 }
 
@@ -98,8 +98,8 @@ TEST(Loading, ConsoleOfALoadIntoALoadedFilm2) {
   stage.load(2, "b.mp4");
   EXPECT_THAT(stage.takeLines(),
               ElementsAre("passoVideo video1 : false", "posso far partire il video", "faccio partire video 2",
-                          "ChiudiFilm2", closeLine, "blocco timer", "blocco tutto", "rimuovo il video 1", "setSlider",
-                          "toccatoFilm2", "2     la vista non è stata rimossa"));
+                          "ChiudiFilm2", Stage::closeLine, "blocco timer", "blocco tutto", "rimuovo il video 1",
+                          "setSlider", "toccatoFilm2", "2     la vista non è stata rimossa"));
 }
 
 TEST(Loading, SoundIsPreparedPannedLeftAndStartedBeforeThePictureExists) {
@@ -232,9 +232,10 @@ TEST(Loading, FailedAudioPlayerLeavesTheClosedFilmEmptyAndTheOtherPlaying) {
   stage.takeLines();
   stage.takeCalls();
   stage.load(1, "broken.mp4");
-  EXPECT_THAT(stage.takeLines(), ElementsAre("passoVideo video1 : true", "posso far partire il video",
-                                             "faccio partire video 1", "----- ChiudiFilm1", closeLine, "blocco timer",
-                                             "blocco tutto", "rimuovo il video 1", "Error getting the audio file"));
+  EXPECT_THAT(stage.takeLines(),
+              ElementsAre("passoVideo video1 : true", "posso far partire il video", "faccio partire video 1",
+                          "----- ChiudiFilm1", Stage::closeLine, "blocco timer", "blocco tutto", "rimuovo il video 1",
+                          "Error getting the audio file"));
   EXPECT_THAT(stage.takeCalls(), ElementsAre("a.mp4 audio stop", "a.mp4 video pause", "a.mp4 audio closed",
                                              "a.mp4 video closed", "commit"));
   EXPECT_EQ(stage.fields().audio(1), nullptr);

@@ -1,4 +1,3 @@
-#include "platform/uikit/UIAlertController.h"
 #include "platform/uikit/UIApplication.h"
 #include "platform/uikit/UIStoryboard.h"
 #include "platform/uikit/UIStoryboardSegue.h"
@@ -12,12 +11,8 @@ using testing::IsEmpty;
 
 namespace {
 
-Strong<UIAlertController> shownAlert(const Stage& stage) {
-  return std::dynamic_pointer_cast<UIAlertController>(stage.window()->topmostViewController());
-}
-
 void expectAlert(const Stage& stage, const std::string& message) {
-  const auto alert = shownAlert(stage);
+  const auto alert = stage.alert();
   ASSERT_TRUE(alert);
   EXPECT_EQ(alert->title(), "Error");
   EXPECT_EQ(alert->message(), message);
@@ -94,7 +89,7 @@ TEST(Navigation, HandlerGivenAuthorisedLogsAndShowsNothing) {
   stage.host.mediaLibrary.answerRequests(LibraryAccess::Authorised);
   stage.advance(1.0);
   EXPECT_THAT(stage.takeLines(), ElementsAre("posso accedere alla libreria"));
-  EXPECT_EQ(shownAlert(stage), nullptr);
+  EXPECT_EQ(stage.alert(), nullptr);
 }
 
 TEST(Navigation, HandlerGivenAnotherStatusWhileAccessHoldsShowsUnknownError) {
@@ -126,7 +121,7 @@ TEST(Navigation, OpenSettingsOpensTheAppsSettingsPage) {
   stage.host.mediaLibrary.currentAccess = LibraryAccess::Denied;
   stage.pressChoose();
   stage.advance(1.0);
-  stage.event([&] { shownAlert(stage)->pressAction(1); });
+  stage.event([&] { stage.alert()->pressAction(1); });
   stage.advance(1.0);
   EXPECT_THAT(stage.host.desktop.opened, ElementsAre(UIApplicationOpenSettingsURLString));
 }
@@ -136,10 +131,10 @@ TEST(Navigation, OkOfTheAccessAlertOpensNothing) {
   stage.host.mediaLibrary.currentAccess = LibraryAccess::Denied;
   stage.pressChoose();
   stage.advance(1.0);
-  stage.event([&] { shownAlert(stage)->pressAction(0); });
+  stage.event([&] { stage.alert()->pressAction(0); });
   stage.advance(1.0);
   EXPECT_THAT(stage.host.desktop.opened, IsEmpty());
-  EXPECT_EQ(shownAlert(stage), nullptr);
+  EXPECT_EQ(stage.alert(), nullptr);
 }
 
 TEST(Navigation, SecondPressOfTheChooseButtonNeverOpensASecondList) {

@@ -7,12 +7,6 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr auto closeLine = "-------------- chiudiFilm chiudo il film ";
-
-std::string imageOf(const UIButton& button) {
-  return button.imageForState(UIControlState::Normal)->name();
-}
-
 /// Both films loaded, nothing pending in the records.
 void loadBoth(Stage& stage) {
   stage.load(1, "a.mp4");
@@ -65,12 +59,12 @@ TEST(Transport, ToggleTwiceOnAPausedFilmPlaysAndPausesSoundFirst) {
     const auto userInfo = std::dynamic_pointer_cast<NSDictionary>(timer->userInfo());
     ASSERT_EQ(userInfo->entries().size(), 1U);
     EXPECT_EQ(std::dynamic_pointer_cast<NSNumber>(userInfo->objectForKey("numeroVideo"))->integerValue(), film);
-    EXPECT_EQ(imageOf(*stage.playPause(film)), "pause");
+    EXPECT_EQ(Stage::imageOf(*stage.playPause(film)), "pause");
 
     stage.send(&ViewController::playPausaFilm, film);
     EXPECT_THAT(stage.takeCalls(), ElementsAre("a.mp4 audio pause", "a.mp4 video pause", "commit"));
     EXPECT_FALSE(timer->isValid());
-    EXPECT_EQ(imageOf(*stage.playPause(film)), "play");
+    EXPECT_EQ(Stage::imageOf(*stage.playPause(film)), "play");
     EXPECT_THAT(stage.takeLines(), IsEmpty());
   }
 }
@@ -112,10 +106,10 @@ TEST(Transport, CloseWithoutAudioPlayerInvalidatesALeftoverTimerAndNothingElse) 
     stage.takeLines();
     stage.takeCalls();
     stage.send(&ViewController::chiudiFilm, film);
-    EXPECT_THAT(stage.takeLines(), ElementsAre(closeLine, "blocco timer"));
+    EXPECT_THAT(stage.takeLines(), ElementsAre(Stage::closeLine, "blocco timer"));
     EXPECT_FALSE(stage.fields().progressTimer(film)->isValid());
     EXPECT_FALSE(stage.overlay(film)->isHidden());
-    EXPECT_EQ(imageOf(*stage.playPause(film)), "pause");
+    EXPECT_EQ(Stage::imageOf(*stage.playPause(film)), "pause");
     EXPECT_NE(stage.fields().video(film), nullptr);
     EXPECT_THAT(stage.takeCalls(), IsEmpty());
   }
@@ -132,7 +126,7 @@ TEST(Transport, CloseStopsTheSoundPausesThePictureAndClearsVideoThenAudio) {
     stage.send(&ViewController::chiudiFilm, film);
     EXPECT_THAT(stage.takeCalls(), ElementsAre("a.mp4 audio stop", "a.mp4 video pause", "a.mp4 video closed",
                                                "a.mp4 audio closed", "commit"));
-    EXPECT_THAT(stage.takeLines(), ElementsAre(closeLine, "blocco timer", "blocco tutto"));
+    EXPECT_THAT(stage.takeLines(), ElementsAre(Stage::closeLine, "blocco timer", "blocco tutto"));
   }
 }
 
@@ -144,11 +138,11 @@ TEST(Transport, CloseOfALoadedFilm2WithThreeSublayersRemovesEach) {
   stage.fields().layer(2)->addSublayer(make<CALayer>());
   stage.takeLines();
   stage.send(&ViewController::chiudiFilm, 2);
-  EXPECT_THAT(stage.takeLines(), ElementsAre(closeLine, "blocco timer", "blocco tutto", "rimuovo il video 1",
+  EXPECT_THAT(stage.takeLines(), ElementsAre(Stage::closeLine, "blocco timer", "blocco tutto", "rimuovo il video 1",
                                              "rimuovo il video 1", "rimuovo il video 1"));
   EXPECT_THAT(*stage.fields().layer(2)->sublayers(), IsEmpty());
   EXPECT_EQ(stage.position(2)->value(), 0.0F);
-  EXPECT_EQ(imageOf(*stage.playPause(2)), "play");
+  EXPECT_EQ(Stage::imageOf(*stage.playPause(2)), "play");
   EXPECT_TRUE(stage.overlay(2)->isHidden());
 }
 
@@ -184,7 +178,7 @@ TEST(Transport, AfterACloseToggleVolumeAndSeekDoNothing) {
 TEST(Transport, CloseOfAnEmptyFilmLogsItsFirstLineOnly) {
   Stage stage;
   stage.send(&ViewController::chiudiFilm, 1);
-  EXPECT_THAT(stage.takeLines(), ElementsAre(closeLine));
+  EXPECT_THAT(stage.takeLines(), ElementsAre(Stage::closeLine));
 }
 
 TEST(Transport, CloseOfOneFilmLeavesTheOtherPlaying) {

@@ -10,7 +10,7 @@ using testing::ElementsAre;
 
 namespace {
 
-class Target final : public NSObject {
+class ActionTarget final : public NSObject {
  public:
   void withSender(const Strong<UIControl>& sender) { print("sender " + std::to_string(sender->tag())); }
   void withoutSender() { print("no sender"); }
@@ -30,20 +30,20 @@ class UIControlTest : public WindowFixture {
 
 TEST_F(UIControlTest, SendsItsActionsInTheOrderInWhichTheyWereAdded) {
   const auto control = make<UIControl>();
-  const auto target = make<Target>();
+  const auto target = make<ActionTarget>();
   control->setTag(3);
-  control->addTarget_action_forControlEvents(target, &Target::withoutSender, UIControlEvents::ValueChanged);
-  control->addTarget_action_forControlEvents(target, &Target::withSender, UIControlEvents::ValueChanged);
-  control->addTarget_action_forControlEvents(target, &Target::withSender, UIControlEvents::TouchUpInside);
+  control->addTarget_action_forControlEvents(target, &ActionTarget::withoutSender, UIControlEvents::ValueChanged);
+  control->addTarget_action_forControlEvents(target, &ActionTarget::withSender, UIControlEvents::ValueChanged);
+  control->addTarget_action_forControlEvents(target, &ActionTarget::withSender, UIControlEvents::TouchUpInside);
   control->sendActionsForControlEvents(UIControlEvents::ValueChanged);
   EXPECT_THAT(takeLines(), ElementsAre("no sender", "sender 3"));
 }
 
 TEST_F(UIControlTest, DoesNotKeepItsTarget) {
   const auto control = make<UIControl>();
-  auto target = make<Target>();
-  const Weak<Target> weak = target;
-  control->addTarget_action_forControlEvents(target, &Target::withoutSender, UIControlEvents::TouchUpInside);
+  auto target = make<ActionTarget>();
+  const Weak<ActionTarget> weak = target;
+  control->addTarget_action_forControlEvents(target, &ActionTarget::withoutSender, UIControlEvents::TouchUpInside);
   target = nullptr;
   EXPECT_TRUE(weak.expired());
   control->sendActionsForControlEvents(UIControlEvents::TouchUpInside);

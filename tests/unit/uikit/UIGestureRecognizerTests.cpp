@@ -9,9 +9,9 @@ using testing::ElementsAre;
 
 namespace {
 
-class Target final : public NSObject {
+class TapTarget final : public NSObject {
  public:
-  explicit Target(std::string name) : name_(std::move(name)) {}
+  explicit TapTarget(std::string name) : name_(std::move(name)) {}
   void tapped() { print(name_); }
 
  private:
@@ -28,10 +28,10 @@ class UITapGestureRecognizerTest : public WindowFixture {
   }
 
   const Strong<UIView>& box() const { return root().box; }
-  Strong<Target> recognize(const Strong<UIView>& view, const std::string& name) const {
-    auto target = make<Target>(name);
+  Strong<TapTarget> recognize(const Strong<UIView>& view, const std::string& name) const {
+    auto target = make<TapTarget>(name);
     view->addGestureRecognizer(
-        UITapGestureRecognizer::tapGestureRecognizerWithTarget_action(target, &Target::tapped));
+        UITapGestureRecognizer::tapGestureRecognizerWithTarget_action(target, &TapTarget::tapped));
     return target;
   }
   void tap(CGPoint point) {
@@ -50,7 +50,7 @@ TEST_F(UITapGestureRecognizerTest, RecognisesATapOnItsView) {
 
 TEST_F(UITapGestureRecognizerTest, DoesNotKeepItsTarget) {
   auto target = recognize(box(), "box");
-  const Weak<Target> weak = target;
+  const Weak<TapTarget> weak = target;
   target = nullptr;
   EXPECT_TRUE(weak.expired());
   tap({10, 10});

@@ -10,8 +10,6 @@ using testing::ElementsAre;
 
 namespace {
 
-constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
-
 TEST(UISlider, RunsFromZeroToOneAndStandsAtZeroAtFirst) {
   const auto slider = make<UISlider>();
   EXPECT_EQ(slider->minimumValue(), 0);
@@ -37,7 +35,7 @@ TEST(UISlider, WhatIsNotANumberIsItsMinimum) {
   const auto slider = make<UISlider>();
   slider->setMinimumValue(0.25F);
   slider->setValue(0.5F);
-  slider->setValue(notANumber);
+  slider->setValue(std::numeric_limits<float>::quiet_NaN());
   EXPECT_EQ(slider->value(), 0.25F);
 }
 
