@@ -61,7 +61,7 @@ buildPreset() {
   )
 }
 
-# buildProgram: what is installed: the program, and the indexer that it starts.
+# buildProgram: what is installed: the program, the indexer that it starts, and the look that it loads.
 buildProgram() { buildPreset release hosts/desktop/all hosts/medialibrary/all; }
 
 # ours PATTERN...: the files of ours that match, whether committed yet or not. To be called in the root.

@@ -46,8 +46,7 @@ struct Picture {
   std::shared_ptr<const void> memory;  ///< owns `pixels`
 };
 
-/// The pictures of one player, from the engine's thread to the screen's. Every operation may be called on any
-/// thread.
+/// The pictures of one player, from the engine to the screen. Every operation may be called on any thread.
 class PictureStream {
  public:
   virtual ~PictureStream() = default;

@@ -23,7 +23,7 @@ class UIWindow final : public UIView {
   /// How long a presentation takes, in seconds, where motion is wanted.
   static constexpr double transitionDuration = 0.22;
   /// The same of a dismissal: who lets a screen go is waiting for what comes after it.
-  static constexpr double dismissalDuration = 0.15;
+  static constexpr double dismissalDuration = 0.13;
 
   const Strong<UIViewController>& rootViewController() const { return root_; }
   void setRootViewController(const Strong<UIViewController>& controller) { root_ = controller; }

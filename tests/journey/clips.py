@@ -57,19 +57,28 @@ class Clip:
 
 
 def make(path, picture, sound, seconds, *extra):
-    """An MP4 of H.264 and AAC from two filter graphs, if it is not there yet."""
-    if os.path.exists(path):
+    """An MP4 of H.264 and AAC from two filter graphs, if it is not there yet as they describe it."""
+    arguments = (["-f", "lavfi", "-i", picture, "-f", "lavfi", "-i", sound]
+                 + ["-t", str(seconds), "-c:v", "libx264", "-preset", "ultrafast", "-pix_fmt", "yuv420p", "-g", "30"]
+                 + ["-c:a", "aac", "-b:a", "192k", *extra, "-movflags", "+faststart"])
+    recipe = path + ".recipe"
+    if os.path.exists(path) and _contents(recipe) == "\n".join(arguments):
         return
     os.makedirs(os.path.dirname(path), exist_ok=True)
     with tempfile.TemporaryDirectory(dir=os.path.dirname(path)) as folder:
         unfinished = os.path.join(folder, "clip.mp4")
-        subprocess.run(
-            ["ffmpeg", "-nostdin", "-loglevel", "error", "-f", "lavfi", "-i", picture, "-f", "lavfi", "-i", sound]
-            + ["-t", str(seconds), "-c:v", "libx264", "-preset", "ultrafast", "-pix_fmt", "yuv420p", "-g", "30"]
-            + ["-c:a", "aac", "-b:a", "192k", *extra, "-movflags", "+faststart", unfinished],
-            check=True, timeout=300,
-        )
+        subprocess.run(["ffmpeg", "-nostdin", "-loglevel", "error", *arguments, unfinished], check=True, timeout=300)
         os.rename(unfinished, path)
+    with open(recipe, "w", encoding="utf-8") as file:
+        file.write("\n".join(arguments))
+
+
+def _contents(path):
+    try:
+        with open(path, encoding="utf-8") as file:
+            return file.read()
+    except FileNotFoundError:
+        return None
 
 
 # What encrypts a film the way shops do: common encryption of every sample, with a key that nobody gives the program.

@@ -201,7 +201,7 @@ class Program:
         passed = [self.root.focused_name()]
         while passed[-1] != name:
             if len(passed) > 40:
-                raise AssertionError(f"the Tab key never comes to '{name}', only to {passed}")
+                raise NotInTime(f"the Tab key never comes to '{name}', only to {passed}")
             self.stage.screen.key("Tab")
             # A key that is pressed before the last one was served would lead past the control.
             passed.append(until(lambda: self._focus_other_than(passed[-1]), f"the focus to leave '{passed[-1]}'"))

@@ -72,7 +72,9 @@ class Recorder:
     BYTES_PER_FRAME = 8  # two channels of four bytes
 
     def __init__(self, server):
-        self._samples = bytearray()
+        self._samples = bytearray()  # the newest, as far back as somebody waits for
+        self._forgotten = 0  # bytes before them
+        self._takers = 0
         self._grown = threading.Condition()
         self._process = start(
             ["parec", "--device=swallow.monitor", "--format=float32le", f"--rate={RATE}", "--channels=2", "--raw"]
@@ -94,20 +96,31 @@ class Recorder:
             if not piece:
                 return
             with self._grown:
+                if self._takers == 0:
+                    self._forgotten += len(self._samples)
+                    self._samples.clear()
                 self._samples += piece
                 self._grown.notify_all()
 
     def take(self, seconds):
         """The next `seconds` of sound."""
         with self._grown:
-            first = len(self._samples) // self.BYTES_PER_FRAME * self.BYTES_PER_FRAME
+            first = -(-self._heard() // self.BYTES_PER_FRAME) * self.BYTES_PER_FRAME
             last = first + int(seconds * RATE) * self.BYTES_PER_FRAME
             deadline = time.monotonic() + seconds * 2 + 10
-            while len(self._samples) < last:
-                if not self._grown.wait(max(0.0, deadline - time.monotonic())):
-                    raise RuntimeError("the recorder of the sound server stands still")
-            taken = bytes(self._samples[first:last])
+            self._takers += 1
+            try:
+                while self._heard() < last:
+                    if not self._grown.wait(max(0.0, deadline - time.monotonic())):
+                        raise RuntimeError("the recorder of the sound server stands still")
+            finally:
+                self._takers -= 1
+            taken = bytes(self._samples[first - self._forgotten:last - self._forgotten])
         return Sound(numpy.frombuffer(taken, numpy.float32).reshape(-1, 2))
+
+    def _heard(self):
+        """How many bytes there have been."""
+        return self._forgotten + len(self._samples)
 
     def until(self, condition, what, deadline=10.0, seconds=0.25):
         """The first piece of sound that fulfils `condition`."""

@@ -143,8 +143,10 @@ TEST_F(LibraryWaitTest, EscapeAndBackCancel) {
 }
 
 TEST_F(LibraryWaitTest, OnlyTheFirstOfTwoPressesCounts) {
-  there.facts.contents = Contents{2, 40, 0, false};
+  there.facts.contents = Contents{0, 40, 0, false};
   prepareAndSeeIt();
+  there.facts.contents = Contents{2, 40, 0, false};
+  there.tellChange();
   wait.goOn();
   wait.cancel();
   stage().settle();

@@ -229,7 +229,7 @@ TEST_F(SettingsPageTest, ShowsWhoeverTypesWhereTheKeyboardIs) {
   open();
   EXPECT_EQ(ringsInSight(), 1);
   for (const auto& way : {QStringLiteral("Add a folder"), QStringLiteral("3 files could not be read")}) {
-    while (focusedName() != way) key(Qt::Key_Tab);
+    walkTo(way);
     key(Qt::Key_Return);
     EXPECT_EQ(stage.named(switchName), nullptr);
     EXPECT_EQ(ringsInSight(), 1) << qPrintable(way);

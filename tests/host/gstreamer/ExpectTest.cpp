@@ -39,7 +39,7 @@ class Expected : public testing::Test {
   Stage stage_;
 };
 
-constexpr double shortPatience = 0.5;
+constexpr double shortPatience = 3.0;
 
 class ExpectedInVain : public Expected {
  protected:

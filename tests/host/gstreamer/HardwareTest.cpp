@@ -217,7 +217,7 @@ TEST(Hardware, ThatHangsDoesNotKeepTheEngineFromEnding) {
     stage.engine().commit();
     stage.loop().runFor(after);
     stage.closeEngine();
-    EXPECT_EQ(stage.recording().openDevices(), 0);
+    EXPECT_TRUE(stage.until([&] { return stage.recording().openDevices() == 0; }));
   }
 }
 

@@ -40,12 +40,14 @@ gboolean succeed(GstAudioSink*) {
   return TRUE;
 }
 
-/// Takes one sample after the other; where none came in time, the next one is taken at once.
+/// Takes one sample after the other. What comes late is made good, as far as a device's own store would have lasted;
+/// after that the next one is taken at once.
 gint take(GstAudioSink* sink, gpointer, guint bytes) {
   LateDevice& device = of(sink);
   const Instant lasting = gstreamer::nanoseconds(static_cast<double>(bytes) / device.bytesPerFrame / device.rate);
-  device.busyUntil = std::max(device.busyUntil + lasting, gstreamer::now());
-  std::this_thread::sleep_for(std::chrono::nanoseconds(device.busyUntil - gstreamer::now()));
+  const Instant now = gstreamer::now();
+  device.busyUntil = std::max(device.busyUntil, now - gstreamer::nanoseconds(0.1)) + lasting;
+  if (device.busyUntil > now) std::this_thread::sleep_for(std::chrono::nanoseconds(device.busyUntil - now));
   return static_cast<gint>(bytes);
 }
 

@@ -117,7 +117,7 @@ TEST(Life, AFilmWithoutADecoderIsRefusedAndItsFormatNamed) {
     stage.loop().runFor(0.3);
     EXPECT_EQ(heardPicture.failed, 1) << format;
     EXPECT_EQ(heardPicture.ended, 0) << format;
-    EXPECT_EQ(stage.recording().openDevices(), 0) << format;
+    EXPECT_TRUE(stage.until([&] { return stage.recording().openDevices() == 0; })) << format;
     EXPECT_THAT(testing::internal::GetCapturedStderr(), testing::HasSubstr("no decoder for " + format));
   }
 }

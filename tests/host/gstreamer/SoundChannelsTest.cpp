@@ -12,8 +12,8 @@ namespace {
 std::string wave(const std::string& name, const std::string& expressions, const std::string& layout) {
   return clips::clip(
       name, {"-f", "lavfi", "-i",
-             "aevalsrc=exprs=" + expressions + ":sample_rate=48000:duration=2:channel_layout=" + layout, "-f",
-             "lavfi", "-i", "color=size=64x48:rate=10:duration=2", "-map", "1:v", "-map", "0:a", "-c:v", "libx264",
+             "aevalsrc=exprs=" + expressions + ":sample_rate=48000:duration=20:channel_layout=" + layout, "-f",
+             "lavfi", "-i", "color=size=64x48:rate=10:duration=20", "-map", "1:v", "-map", "0:a", "-c:v", "libx264",
              "-c:a", "flac", "-sample_fmt", "s16"});
 }
 

@@ -214,6 +214,7 @@ TEST(Together, ASoundServerThatHangsDoesNotHoldThePictureUpNorTheEnd) {
   Options options;
   options.makeSoundSink = [] { return makeSoundServerSink(); };
   options.closingPatience = 0.2;
+  options.soundPatience = 0.4;
   Stage stage(std::move(options));
   {
     Film film(stage, gstreamer::film());

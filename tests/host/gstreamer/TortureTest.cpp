@@ -2,13 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
+#include <cstdint>
 
 namespace gstreamer {
 
 TEST(Torture, AThousandCommandsBreakNothing) {
-  const auto seed = static_cast<std::uint32_t>(std::random_device()());
-  std::printf("seed %u\n", seed);
+  constexpr std::uint32_t seed = 20261122;  // other ones are for the soak
   const Ordeal ordeal = torture(seed, 1000);
   EXPECT_EQ(ordeal.fault, "") << "after " << ordeal.commands << " commands of the seed " << seed;
 }

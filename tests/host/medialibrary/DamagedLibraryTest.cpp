@@ -1,5 +1,6 @@
 #include "hosts/medialibrary/Database.h"
 #include "tests/host/medialibrary/LibraryFixture.h"
+#include "tests/support/OwnMounts.h"
 
 #include <sys/mount.h>
 
@@ -34,7 +35,7 @@ class DamagedLibrary : public LibraryFixture {
   /// Has the index on a disk of its own, where this process may mount one.
   bool mountSmallDisk() {
     fs::create_directories(disk());
-    isMounted_ = ::mount("quillop-test", disk().c_str(), "tmpfs", 0, "size=1m") == 0;
+    isMounted_ = keepMountsToOneself() && ::mount("quillop-test", disk().c_str(), "tmpfs", 0, "size=1m") == 0;
     return isMounted_;
   }
   void fillDisk() const {

@@ -360,7 +360,7 @@ TEST(IndexerProcess, RefusesPathsThatNothingCanOpen) {
   EXPECT_TRUE(findings[3].isReadable);
 }
 
-TEST(IndexerProcess, IgnoresTasksThatAreNoneOfItsOwn) {
+TEST(IndexerProcess, EndsAtOnceWhereSomebodyElseStartsIt) {
   const pid_t child = fork();
   if (child == 0) {
     execl(programs::indexer(), programs::indexer(), "--help", nullptr);

@@ -59,10 +59,12 @@ void Scene::index(std::size_t done, std::size_t total) {
 
 void Scene::waitForLibrary() {
   bar_.setHeldBack(true);
-  facts().contents = {37, 3880, 0, false};
+  facts().contents = {0, 3880, 0, false};
   facts().progress = {120, 4000, 118.0};
   wait_.begin(there_.library, [](bool) {});
   EXPECT_TRUE(desktop::LibraryStage::waitFor([this] { return wait_.isShown(); }));
+  facts().contents = {37, 3880, 0, false};
+  there_.tellChange();
   stage().settle();
 }
 

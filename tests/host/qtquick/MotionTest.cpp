@@ -61,6 +61,9 @@ TEST_F(MotionTest, ASheetSlidesInAndOut) {
 TEST(NoMotion, ASheetIsThereAtOnceAndGoneAtOnce) {
   ScreenStage stage;
   stage.openList();
-  auto* const sheet = stage.window().contentItem()->childItems().last();
+  const QPointer<QQuickItem> sheet = stage.window().contentItem()->childItems().last();
   EXPECT_EQ(sheet->property("progress").toDouble(), 1);
+  QTest::keyClick(&stage.window(), Qt::Key_Escape);
+  stage.settle();
+  EXPECT_FALSE(sheet);
 }
