@@ -1,6 +1,7 @@
 #include "hosts/gstreamer/PictureBranch.h"
 
 #include "hosts/gstreamer/Instant.h"
+#include "hosts/gstreamer/PictureDrawing.h"
 
 #include <gst/app/gstappsink.h>
 

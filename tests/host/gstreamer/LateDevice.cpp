@@ -40,13 +40,14 @@ gboolean succeed(GstAudioSink*) {
   return TRUE;
 }
 
-/// Takes one sample after the other. What comes late is made good, as far as a device's own store would have lasted;
+/// Takes one sample after the other. What comes a little late is made good, as by what such a device has in store;
 /// after that the next one is taken at once.
 gint take(GstAudioSink* sink, gpointer, guint bytes) {
   LateDevice& device = of(sink);
   const Instant lasting = gstreamer::nanoseconds(static_cast<double>(bytes) / device.bytesPerFrame / device.rate);
+  const Instant store = gstreamer::nanoseconds(0.1);
   const Instant now = gstreamer::now();
-  device.busyUntil = std::max(device.busyUntil, now - gstreamer::nanoseconds(0.1)) + lasting;
+  device.busyUntil = (now - device.busyUntil > store ? now : device.busyUntil) + lasting;
   if (device.busyUntil > now) std::this_thread::sleep_for(std::chrono::nanoseconds(device.busyUntil - now));
   return static_cast<gint>(bytes);
 }
