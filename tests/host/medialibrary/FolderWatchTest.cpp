@@ -3,12 +3,12 @@
 #include "hosts/medialibrary/FileDescriptor.h"
 #include "hosts/medialibrary/FolderScan.h"
 #include "tests/host/probe/TemporaryFolder.h"
+#include "tests/support/OwnMounts.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <linux/magic.h>
 #include <poll.h>
-#include <sched.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -357,8 +357,7 @@ class Mounting : public Watch {
     constexpr int notPermitted = 100;
     const pid_t process = fork();
     if (process == 0) {
-      if (unshare(CLONE_NEWNS) != 0 || mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
-        _exit(notPermitted);
+      if (!keepMountsToOneself()) _exit(notPermitted);
       _exit(work());
     }
     int status = 0;
