@@ -1,3 +1,5 @@
+#include "tests/host/gstreamer/FilmPlayers.h"
+#include "tests/host/gstreamer/NumberedPictures.h"
 #include "tests/host/gstreamer/Stage.h"
 #include "tests/host/gstreamer/StandInDecoder.h"
 
@@ -13,48 +15,33 @@ namespace {
 
 using Fault = StandInDecoder::Fault;
 
-constexpr double rate = 10.0;  ///< pictures a second
-
-/// Picture `n` of 90 is as bright as 16 + 2n: never white.
-std::string brightening(const std::string& name, const std::vector<std::string>& encoding) {
-  std::vector<std::string> arguments = {
-      "-f", "lavfi", "-i", "color=black:size=64x64:rate=10:duration=9,geq=lum='16+2*N':cb=128:cr=128",
-      "-f", "lavfi", "-i", "sine=frequency=440:sample_rate=48000:duration=9"};
-  arguments.insert(arguments.end(), encoding.begin(), encoding.end());
-  return clips::clip(name, arguments);
-}
+/// A picture each tenth of a second, none of them white.
+constexpr NumberedPictures slow{.count = 90, .rate = 10, .isHeard = true};
 
 /// What the stand-in decodes.
 std::string film() {
-  return brightening("engine-hardware.mp4",
-                     {"-c:v", "libx264", "-crf", "1", "-bf", "0", "-g", "10", "-pix_fmt", "yuv420p", "-c:a", "aac"});
+  return slow.clip("engine-hardware.mp4", {"-c:v", "libx264", "-crf", "1", "-bf", "0", "-g", "10", "-c:a", "aac"});
 }
 
 /// What it does not.
 std::string otherFilm() {
-  return brightening("engine-hardware-other.webm",
-                     {"-c:v", "libvpx", "-b:v", "2M", "-deadline", "realtime", "-c:a", "libvorbis"});
+  return slow.clip("engine-hardware-other.webm",
+                   {"-c:v", "libvpx", "-b:v", "2M", "-deadline", "realtime", "-c:a", "libvorbis"});
 }
 
-/// Sound and picture of one film, and whether that is where it should be.
-struct Film {
-  Heard heard;
-  std::unique_ptr<host::SoundPlayer> sound;
-  std::unique_ptr<host::PicturePlayer> picture;
+/// One of these films, and whether it is where it should be.
+struct Film : FilmPlayers {
+  using FilmPlayers::FilmPlayers;
 
-  Film(Stage& stage, const std::string& path)
-      : sound(stage.sound(path, heard)), picture(stage.picture(path, heard, 64, 64)) {}
-
-  void play() const { sound->play(), picture->play(); }
-  void seek(double seconds) const { picture->seek(seconds), sound->seek(seconds); }
-
-  int brightness() const {
+  bool isOfHardware() const {
     const auto newest = picture->pictures()->newest();
-    return newest ? colourAt(*newest, 32, 32).green : 0;
+    return newest && colourAt(*newest, 32, 32).green > 250;
   }
-  bool isOfHardware() const { return brightness() > 250; }
   /// Seconds of the film that the newest picture is from.
-  double shown() const { return std::lround(brightness() * 219.0 / 255.0 / 2.0) / rate; }
+  double shown() const {
+    const auto newest = picture->pictures()->newest();
+    return newest ? static_cast<double>(numberOf(*newest)) / slow.rate : 0.0;
+  }
   /// A picture of the film's own is shown, from where the film is.
   bool isSeen() const {
     return picture->pictures()->newest() && !isOfHardware() && std::fabs(shown() - picture->position()) < 0.4;
@@ -97,7 +84,7 @@ TEST(Hardware, ThatWaitsForTheFilmIsNotTakenForStuck) {
   film.play();
   stage.engine().commit();
   ASSERT_TRUE(stage.until([&] { return film.picture->position() > 1.2; }));
-  film.picture->pause(), film.sound->pause();
+  film.pause();
   stage.engine().commit();
   stage.loop().runFor(longerThanPatience);
   film.seek(8.5);
@@ -130,7 +117,7 @@ TEST_P(HardwareThat, IsReplacedBySoftwareInTheSameLoad) {
     EXPECT_TRUE(stage.until([&] { return film.picture->position() > 0.2 && film.isSeen(); }));
     const double seen = film.picture->position();
     EXPECT_TRUE(stage.until([&] { return film.picture->position() > seen + 0.5 && film.isSeen(); }));
-    EXPECT_LT(leastOf([&] { return std::fabs(film.picture->position() - film.sound->position()); }), 0.001);
+    EXPECT_LT(film.apart(), 0.001);
     EXPECT_EQ(stage.elements().count(StandInDecoder::name), 1U);
     EXPECT_EQ(softwareDecodersIn(stage), 1U);
     EXPECT_EQ(film.heard.failed + film.heard.ended, 0);
@@ -144,7 +131,7 @@ TEST_P(HardwareThat, DoesNotLoseThePlaceThatWasSought) {
   film.play();
   stage.engine().commit();
   stage.loop().runFor(0.1);
-  film.picture->pause(), film.sound->pause();
+  film.pause();
   film.seek(6.0);
   stage.engine().commit();
   stage.loop().runFor(0.1);
@@ -199,7 +186,7 @@ TEST(Hardware, ThatHangsDoesNotKeepASeekWaiting) {
   film.play();
   stage.engine().commit();
   ASSERT_TRUE(stage.until([&] { return film.picture->position() > 0.6; }));
-  film.picture->pause(), film.sound->pause();
+  film.pause();
   film.seek(5.0);
   stage.engine().commit();
   EXPECT_TRUE(stage.until([&] { return film.shown() == 5.0; }));

@@ -1,4 +1,6 @@
+#include "tests/host/gstreamer/FilmPlayers.h"
 #include "tests/host/gstreamer/LateDevice.h"
+#include "tests/host/gstreamer/NumberedPictures.h"
 #include "tests/host/gstreamer/Stage.h"
 
 #include <gtest/gtest.h>
@@ -11,27 +13,24 @@ namespace {
 
 constexpr double rate = 30.0;
 
-/// Frame number `n` of 100, at 30 frames a second, is as bright as 16 + 2n.
-std::string brightening() {
-  return clips::clip(
-      "engine-brightening-heard.mp4",
-      {"-f", "lavfi", "-i", "color=black:size=64x64:rate=30:duration=3.3,geq=lum='16+2*N':cb=128:cr=128", "-f",
-       "lavfi", "-i", "sine=duration=3.3", "-c:v", "libx264", "-crf", "1", "-g", "45", "-pix_fmt", "yuv420p", "-c:a",
-       "aac"});
+/// A hundred pictures.
+std::string film() {
+  return NumberedPictures{.count = 100, .isHeard = true}.clip(
+      "engine-numbered-heard.mp4", {"-c:v", "libx264", "-crf", "1", "-g", "45", "-c:a", "aac"});
 }
 
 class LateDevices : public testing::TestWithParam<double> {
  protected:
-  LateDevices() : stage_(options()), sound_(stage_.sound(brightening())), picture_(stage_.picture(brightening())) {}
+  LateDevices() : stage_(options()), film_(stage_, film()) {}
 
   void play() {
-    sound_->play(), picture_->play();
+    film_.play();
     stage_.engine().commit();
   }
 
   void goBack() {
-    sound_->pause(), picture_->pause();
-    sound_->seek(0.0), picture_->seek(0.0);
+    film_.pause();
+    film_.seek(0.0);
     stage_.engine().commit();
   }
 
@@ -40,11 +39,10 @@ class LateDevices : public testing::TestWithParam<double> {
   double lateness(double begin, double end) {
     double least = 1.0;
     stage_.until([&] {
-      const double position = picture_->position();
-      const auto shown = picture_->pictures()->newest();
+      const double position = film_.picture->position();
+      const auto shown = film_.picture->pictures()->newest();
       if (position < begin || !shown) return false;
-      const double frame = colourAt(*shown, shown->width / 2, shown->height / 2).green * 219.0 / 255.0 / 2.0;
-      least = std::min(least, position - frame / rate);
+      least = std::min(least, position - shadeNumber(*shown) / rate);
       return position >= end;
     });
     return least;
@@ -64,8 +62,7 @@ class LateDevices : public testing::TestWithParam<double> {
 
  protected:
   Stage stage_;
-  std::unique_ptr<host::SoundPlayer> sound_;
-  std::unique_ptr<host::PicturePlayer> picture_;
+  FilmPlayers film_;
 };
 
 }  // namespace

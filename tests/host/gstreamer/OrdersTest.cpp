@@ -1,13 +1,12 @@
 // What is ordered while a film is still on its way to where it was ordered before.
 
+#include "tests/host/gstreamer/FilmPlayers.h"
 #include "tests/host/gstreamer/Stage.h"
 
 #include <gst/base/gstbasesink.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <atomic>
-#include <cmath>
 
 namespace gstreamer {
 
@@ -59,56 +58,39 @@ void device_class_init(DeviceClass* type) {
   elements->change_state = change;
 }
 
-/// The two players of one film, as an app makes them, which play.
-struct Film {
-  Film(Stage& around, const std::string& path)
-      : stage(around), sound(around.sound(path)), picture(around.picture(path)) {
-    play();
-    EXPECT_TRUE(runs());
-  }
-
-  void play() { sound->play(), picture->play(), stage.engine().commit(); }
-  void seek(double seconds) { picture->seek(seconds), sound->seek(seconds), stage.engine().commit(); }
-  double apart() const {
-    return leastOf([this] { return std::fabs(sound->position() - picture->position()); });
-  }
-  bool runs() const {
-    const double soundWas = sound->position(), pictureWas = picture->position();
-    return stage.until([&] { return sound->position() > soundWas + 0.1 && picture->position() > pictureWas + 0.1; });
-  }
-
-  Stage& stage;
-  std::unique_ptr<host::SoundPlayer> sound;
-  std::unique_ptr<host::PicturePlayer> picture;
-};
+/// Plays it until it runs.
+void start(Stage& stage, const FilmPlayers& film) {
+  film.play();
+  stage.engine().commit();
+  ASSERT_TRUE(film.run());
+}
 
 }  // namespace
 
 TEST(Orders, AVolumeThatChangesDuringASeekLeavesSoundAndPictureTogether) {
   Stage stage;
-  Film film(stage, oneKeyFrame());
+  FilmPlayers film(stage, oneKeyFrame());
+  start(stage, film);
   film.seek(8.0);
   film.sound->setVolume(0.5);
   stage.engine().commit();
-  ASSERT_TRUE(film.runs());
+  ASSERT_TRUE(film.run());
   EXPECT_LT(film.apart(), 0.001);
 }
 
 TEST(Orders, AVolumeThatChangesDuringALoadLeavesSoundAndPictureTogether) {
   Stage stage;
-  const std::string path = oneKeyFrame();
-  const auto sound = stage.sound(path);
-  const auto picture = stage.picture(path);
-  sound->seek(8.0), picture->seek(8.0);
-  sound->play(), picture->play();
+  const FilmPlayers film(stage, oneKeyFrame());
+  film.seek(8.0);
+  film.play();
   stage.engine().commit();
   for (int step = 0; step < 10; ++step) {
-    sound->setVolume(0.1 * step);
+    film.sound->setVolume(0.1 * step);
     stage.engine().commit();
     stage.loop().runFor(0.02);
   }
-  ASSERT_TRUE(stage.until([&] { return picture->position() > 8.1 && sound->position() > 8.1; }));
-  EXPECT_LT(leastOf([&] { return std::fabs(sound->position() - picture->position()); }), 0.001);
+  ASSERT_TRUE(stage.until([&] { return film.picture->position() > 8.1 && film.sound->position() > 8.1; }));
+  EXPECT_LT(film.apart(), 0.001);
 }
 
 TEST(Orders, ASecondSeekStartsNothingAtThePlaceOfTheFirst) {
@@ -120,32 +102,39 @@ TEST(Orders, ASecondSeekStartsNothingAtThePlaceOfTheFirst) {
     return Element(GST_ELEMENT(gst_object_ref_sink(made)));
   };
   Stage stage(std::move(options));
-  Film film(stage, oneKeyFrame());
+  FilmPlayers film(stage, oneKeyFrame());
+  start(stage, film);
   ASSERT_TRUE(stage.until([&] { return starts == 1; }));
   film.seek(9.0);
+  stage.engine().commit();
   // The sound is there by now, and waits for its picture.
   stage.loop().runFor(0.35);
   ASSERT_EQ(film.picture->position(), 9.0);
   film.seek(1.0);
-  ASSERT_TRUE(film.runs());
+  stage.engine().commit();
+  ASSERT_TRUE(film.run());
   ASSERT_TRUE(stage.until([&] { return starts >= 2; }));
   EXPECT_EQ(starts, 2);
 }
 
 TEST(Orders, ASeekBackFromBeyondTheEndOfTheSoundIsHeardAtOnce) {
   Stage stage;
-  Film film(stage, soonSilent());
+  FilmPlayers film(stage, soonSilent());
+  start(stage, film);
   film.seek(3.5);
+  stage.engine().commit();
   ASSERT_TRUE(stage.until([&] { return film.picture->position() > 6.0; }));
   film.seek(1.0);
-  ASSERT_TRUE(film.runs());
+  stage.engine().commit();
+  ASSERT_TRUE(film.run());
   // As an app does that goes to the background and comes back.
   film.sound->stop(), film.picture->pause();
   stage.engine().commit();
   stage.loop().runFor(0.2);
   stage.recording().clear();
   film.play();
-  ASSERT_TRUE(film.runs());
+  stage.engine().commit();
+  ASSERT_TRUE(film.run());
   EXPECT_TRUE(stage.until([&] { return stage.recording().playingAt(now()) >= 0.0; }));
   EXPECT_LT(film.picture->position(), 4.0);
 }
@@ -162,11 +151,13 @@ TEST(Orders, PlayingAgainAndAgainAsksNoMoreOftenForALostSoundDevice) {
     return sink;
   };
   Stage stage(std::move(options));
-  Film film(stage, soonSilent());
+  FilmPlayers film(stage, soonSilent());
+  start(stage, film);
   for (int press = 0; press < 20; ++press) {
-    film.sound->pause(), film.picture->pause();
+    film.pause();
     stage.engine().commit();
     film.play();
+    stage.engine().commit();
     stage.loop().runFor(0.02);
   }
   const int before = attempts;

@@ -1,3 +1,4 @@
+#include "tests/host/gstreamer/NumberedPictures.h"
 #include "tests/host/gstreamer/Stage.h"
 
 #include <gtest/gtest.h>
@@ -35,18 +36,6 @@ std::string halves(const std::string& name, const std::vector<std::string>& enco
 }
 
 const std::vector<std::string> h264 = {"-c:v", "libx264", "-pix_fmt", "yuv420p", "-colorspace", "bt709"};
-
-/// Frame number `n` of 90, at 30 frames a second, is as bright as 16 + 2n.
-std::string brightening() {
-  return clips::clip("engine-brightening.mp4",
-                     {"-f", "lavfi", "-i", "color=black:size=64x64:rate=30:duration=3,geq=lum='16+2*N':cb=128:cr=128",
-                      "-c:v", "libx264", "-crf", "1", "-g", "45", "-pix_fmt", "yuv420p"});
-}
-
-int frameNumber(const host::Picture& picture) {
-  const double brightness = colourAt(picture, picture.width / 2, picture.height / 2).green;
-  return static_cast<int>(std::lround(brightness * 219.0 / 255.0 / 2.0));
-}
 
 std::shared_ptr<const host::Picture> first(Stage& stage, host::PicturePlayer& player) {
   const Pictures stream = player.pictures();
@@ -268,15 +257,15 @@ TEST(Picture, WhatTheFilmCutsOffAtTheTopIsNotShown) {
 TEST(Picture, ASeekShowsTheFrameOfItsTargetExactly) {
   Stage stage;
   Heard heard;
-  auto player = stage.picture(brightening(), heard, 64, 64);
+  auto player = stage.picture(numberedPictures(), heard, 64, 64);
   stage.engine().commit();
-  EXPECT_EQ(frameNumber(*first(stage, *player)), 0);
+  EXPECT_EQ(numberOf(*first(stage, *player)), 0);
   for (const double target : {2.5, 1.2, 0.0, 1.5}) {
     player->seek(target);
     EXPECT_EQ(player->position(), target);
     stage.engine().commit();
     const int expected = static_cast<int>(std::lround(target * 30.0));
-    EXPECT_TRUE(stage.until([&] { return frameNumber(*player->pictures()->newest()) == expected; })) << target;
+    EXPECT_TRUE(stage.until([&] { return numberOf(*player->pictures()->newest()) == expected; })) << target;
     EXPECT_EQ(player->position(), target);
     stage.loop().runFor(0.15);
   }
@@ -284,9 +273,8 @@ TEST(Picture, ASeekShowsTheFrameOfItsTargetExactly) {
 
 TEST(Picture, OfARecordingThatStatesNoDurationIsSoughtAndEnds) {
   const std::string path =
-      clips::clip("engine-recording.webm",
-                  {"-f", "lavfi", "-i", "color=black:size=64x64:rate=30:duration=3,geq=lum='16+2*N':cb=128:cr=128",
-                   "-c:v", "libvpx", "-b:v", "4M", "-qmax", "4", "-g", "30", "-live", "1", "-f", "webm"});
+      NumberedPictures{}.clip("engine-recording.webm",
+                              {"-c:v", "libvpx", "-b:v", "4M", "-qmax", "4", "-g", "30", "-live", "1", "-f", "webm"});
   Stage stage;
   Heard heard;
   auto player = stage.picture(path, heard, 64, 64);
@@ -294,7 +282,7 @@ TEST(Picture, OfARecordingThatStatesNoDurationIsSoughtAndEnds) {
   ASSERT_TRUE(first(stage, *player));
   player->seek(2.0);
   stage.engine().commit();
-  EXPECT_TRUE(stage.until([&] { return std::abs(frameNumber(*player->pictures()->newest()) - 60) <= 1; }));
+  EXPECT_TRUE(stage.until([&] { return std::abs(numberOf(*player->pictures()->newest()) - 60) <= 1; }));
   player->play();
   stage.engine().commit();
   EXPECT_TRUE(stage.until([&] { return heard.ended > 0; }));
@@ -305,7 +293,7 @@ TEST(Picture, OfARecordingThatStatesNoDurationIsSoughtAndEnds) {
 TEST(Picture, OfManyTargetsTheNewestWins) {
   Stage stage;
   Heard heard;
-  auto player = stage.picture(brightening(), heard, 64, 64);
+  auto player = stage.picture(numberedPictures(), heard, 64, 64);
   stage.engine().commit();
   ASSERT_TRUE(first(stage, *player));
   for (int i = 0; i < 20; ++i) {
@@ -313,16 +301,16 @@ TEST(Picture, OfManyTargetsTheNewestWins) {
     stage.engine().commit();
     stage.loop().runFor(0.01);
   }
-  EXPECT_TRUE(stage.until([&] { return frameNumber(*player->pictures()->newest()) == 27; }));
+  EXPECT_TRUE(stage.until([&] { return numberOf(*player->pictures()->newest()) == 27; }));
   stage.loop().runFor(0.3);
-  EXPECT_EQ(frameNumber(*player->pictures()->newest()), 27);
+  EXPECT_EQ(numberOf(*player->pictures()->newest()), 27);
   EXPECT_NEAR(player->position(), 0.9, 1e-9);
 }
 
 TEST(Picture, APausedPictureStays) {
   Stage stage;
   Heard heard;
-  auto player = stage.picture(brightening(), heard, 64, 64);
+  auto player = stage.picture(numberedPictures(), heard, 64, 64);
   player->play();
   stage.engine().commit();
   ASSERT_TRUE(stage.until([&] { return player->position() > 0.5; }));
@@ -330,9 +318,9 @@ TEST(Picture, APausedPictureStays) {
   const double position = player->position();
   stage.engine().commit();
   stage.loop().runFor(0.2);
-  const int frame = frameNumber(*player->pictures()->newest());
+  const int frame = numberOf(*player->pictures()->newest());
   stage.loop().runFor(0.3);
-  EXPECT_EQ(frameNumber(*player->pictures()->newest()), frame);
+  EXPECT_EQ(numberOf(*player->pictures()->newest()), frame);
   EXPECT_EQ(player->position(), position);
 }
 

@@ -1,3 +1,4 @@
+#include "tests/host/gstreamer/NumberedPictures.h"
 #include "tests/host/gstreamer/Stage.h"
 
 #include <gtest/gtest.h>
@@ -14,30 +15,10 @@ namespace {
 
 constexpr double rate = 30.0;
 
-/// Frame number `n` is as bright as 16 + 2n, so that there are at most 110 of them. One key frame in `keyFrameEvery`.
-std::string brightening(const std::string& name, int frames, int keyFrameEvery,
-                        const std::vector<std::string>& codec) {
-  std::vector<std::string> arguments = {
-      "-f",
-      "lavfi",
-      "-i",
-      "color=black:size=64x64:rate=30:duration=" + std::to_string(frames / rate) + ",geq=lum='16+2*N':cb=128:cr=128",
-      "-pix_fmt",
-      "yuv420p",
-      "-g",
-      std::to_string(keyFrameEvery)};
-  arguments.insert(arguments.end(), codec.begin(), codec.end());
-  return clips::clip(name, arguments);
-}
-
 /// Half of its pictures are referred to by no other, and the last of them are far from the key frame before them.
 std::string rareKeys() {
-  return brightening("engine-rare-keys.mp4", 105, 70, {"-c:v", "libx264", "-crf", "1", "-bf", "3"});
-}
-
-int frameNumber(const host::Picture& picture) {
-  const double brightness = colourAt(picture, picture.width / 2, picture.height / 2).green;
-  return static_cast<int>(std::lround(brightness * 219.0 / 255.0 / 2.0));
+  return NumberedPictures{.count = 105}.clip("engine-rare-keys.mp4",
+                                             {"-g", "70", "-c:v", "libx264", "-crf", "1", "-bf", "3"});
 }
 
 /// The frames that were put up, one after the other.
@@ -47,7 +28,7 @@ class Frames {
     stream_->setListener([this] {
       const auto newest = stream_->newest();
       const std::lock_guard lock(mutex_);
-      if (newest) numbers_.push_back(frameNumber(*newest));
+      if (newest) numbers_.push_back(numberOf(*newest));
     });
   }
   ~Frames() { stream_->setListener({}); }
@@ -128,8 +109,9 @@ TEST(Seek, EveryFrameFarBehindAKeyFrameIsFoundExactly) {
 }
 
 TEST(Seek, EveryFrameOfHevcFarBehindAKeyFrameIsFoundExactly) {
-  const auto path = brightening("engine-rare-keys-hevc.mp4", 100, 100,
-                                {"-c:v", "libx265", "-x265-params", "log-level=error:bframes=3", "-tag:v", "hvc1"});
+  const auto path = NumberedPictures{.count = 100}.clip(
+      "engine-rare-keys-hevc.mp4",
+      {"-g", "100", "-c:v", "libx265", "-x265-params", "log-level=error:bframes=3", "-tag:v", "hvc1"});
   expectEveryFrameFound(path, 60, 80);
 }
 

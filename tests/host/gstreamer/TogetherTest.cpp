@@ -1,10 +1,11 @@
+#include "tests/host/gstreamer/FilmPlayers.h"
+#include "tests/host/gstreamer/NumberedPictures.h"
 #include "tests/host/gstreamer/Stage.h"
 #include "tests/support/EnvironmentVariable.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
 
 #include <sys/socket.h>
@@ -21,29 +22,8 @@ std::string film() {
   return clips::film("engine-film.mp4", 320, 180, 6.0, 440, 2);
 }
 
-/// The two players of one film, as an app makes them.
-struct Film {
-  Film(Stage& stage, const std::string& path) : sound(stage.sound(path)), picture(stage.picture(path)) {}
-
-  void play() { sound->play(), picture->play(); }
-  void pause() { sound->pause(), picture->pause(); }
-  void seek(double seconds) { picture->seek(seconds), sound->seek(seconds); }
-  double apart() const {
-    return leastOf([this] { return std::fabs(sound->position() - picture->position()); });
-  }
-
-  std::unique_ptr<host::SoundPlayer> sound;
-  std::unique_ptr<host::PicturePlayer> picture;
-};
-
-bool runs(Stage& stage, const Film& film) {
-  const double sound = film.sound->position(), picture = film.picture->position();
-  return stage.until(
-      [&] { return film.sound->position() > sound + 0.2 && film.picture->position() > picture + 0.2; });
-}
-
 /// What goes into the device is what the player says that it plays.
-void expectHeardWhereItIs(Stage& stage, const Film& film) {
+void expectHeardWhereItIs(Stage& stage, const FilmPlayers& film) {
   stage.recording().clear();
   ASSERT_TRUE(stage.until([&] { return stage.recording().playingAt(now()) >= 0.0; }));
   EXPECT_LT(leastOf([&] { return std::fabs(stage.recording().playingAt(now()) - film.sound->position()); }),
@@ -85,21 +65,21 @@ class DeafServer {
 
 TEST(Together, SoundAndPictureStartOnOneInstant) {
   Stage stage;
-  Film film(stage, gstreamer::film());
+  FilmPlayers film(stage, gstreamer::film());
   film.play();
   stage.engine().commit();
-  ASSERT_TRUE(runs(stage, film));
+  ASSERT_TRUE(film.run());
   EXPECT_LT(film.apart(), tolerance);
   expectHeardWhereItIs(stage, film);
 }
 
 TEST(Together, TheyStayTogetherOverPauses) {
   Stage stage;
-  Film film(stage, gstreamer::film());
+  FilmPlayers film(stage, gstreamer::film());
   film.play();
   stage.engine().commit();
   for (int i = 0; i < 3; ++i) {
-    ASSERT_TRUE(runs(stage, film));
+    ASSERT_TRUE(film.run());
     film.pause();
     EXPECT_EQ(film.apart(), 0.0);
     stage.engine().commit();
@@ -107,7 +87,7 @@ TEST(Together, TheyStayTogetherOverPauses) {
     EXPECT_EQ(film.apart(), 0.0);
     film.play();
     stage.engine().commit();
-    ASSERT_TRUE(runs(stage, film));
+    ASSERT_TRUE(film.run());
     EXPECT_LT(film.apart(), tolerance);
     expectHeardWhereItIs(stage, film);
   }
@@ -115,15 +95,15 @@ TEST(Together, TheyStayTogetherOverPauses) {
 
 TEST(Together, TheyStayTogetherOverSeeks) {
   Stage stage;
-  Film film(stage, gstreamer::film());
+  FilmPlayers film(stage, gstreamer::film());
   film.play();
   stage.engine().commit();
-  ASSERT_TRUE(runs(stage, film));
+  ASSERT_TRUE(film.run());
   for (const double target : {4.0, 1.0, 2.5}) {
     film.seek(target);
     EXPECT_EQ(film.apart(), 0.0);
     stage.engine().commit();
-    ASSERT_TRUE(runs(stage, film));
+    ASSERT_TRUE(film.run());
     EXPECT_LT(film.apart(), tolerance);
     expectHeardWhereItIs(stage, film);
     stage.loop().runFor(0.1);
@@ -132,35 +112,30 @@ TEST(Together, TheyStayTogetherOverSeeks) {
 
 TEST(Together, TheyStayTogetherAfterAFingerMovedOverTheFilm) {
   Stage stage;
-  Film film(stage, gstreamer::film());
+  FilmPlayers film(stage, gstreamer::film());
   film.play();
   stage.engine().commit();
-  ASSERT_TRUE(runs(stage, film));
+  ASSERT_TRUE(film.run());
   for (int i = 0; i < 15; ++i) {
     film.seek(4.0 - 0.2 * i);
     stage.engine().commit();
     stage.loop().runFor(0.02);
   }
-  ASSERT_TRUE(runs(stage, film));
+  ASSERT_TRUE(film.run());
   EXPECT_LT(film.apart(), tolerance);
   expectHeardWhereItIs(stage, film);
 }
 
 TEST(Together, ThePictureShowsWhatThePositionSays) {
-  const std::string path =
-      clips::clip("engine-brightening.mp4",
-                  {"-f", "lavfi", "-i", "color=black:size=64x64:rate=30:duration=3,geq=lum='16+2*N':cb=128:cr=128",
-                   "-c:v", "libx264", "-crf", "1", "-g", "45", "-pix_fmt", "yuv420p"});
   Stage stage;
-  auto picture = stage.picture(path);
+  auto picture = stage.picture(numberedPictures());
   picture->play();
   stage.engine().commit();
   ASSERT_TRUE(stage.until([&] { return picture->position() > 1.0; }));
   const auto shown = picture->pictures()->newest();
   const double position = picture->position();
-  const double frame = colourAt(*shown, shown->width / 2, shown->height / 2).green * 219.0 / 255.0 / 2.0;
   // Ten frames: a busy machine may hold a picture up, but a base time that is wrong would be further out.
-  EXPECT_NEAR(frame / 30.0, position, 10.0 / 30.0);
+  EXPECT_NEAR(numberOf(*shown) / 30.0, position, 10.0 / 30.0);
 }
 
 TEST(Together, BothAreAtTheEndTogether) {
@@ -178,18 +153,18 @@ TEST(Together, BothAreAtTheEndTogether) {
 
 TEST(Together, TwoFilmsAreIndependent) {
   Stage stage;
-  Film one(stage, gstreamer::film());
+  FilmPlayers one(stage, film());
   one.play();
   stage.engine().commit();
-  ASSERT_TRUE(runs(stage, one));
-  Film two(stage, gstreamer::film());
+  ASSERT_TRUE(one.run());
+  FilmPlayers two(stage, film());
   two.play();
   stage.engine().commit();
-  ASSERT_TRUE(runs(stage, two));
+  ASSERT_TRUE(two.run());
   two.pause();
   stage.engine().commit();
   const double stands = two.picture->position();
-  ASSERT_TRUE(runs(stage, one));
+  ASSERT_TRUE(one.run());
   EXPECT_EQ(two.picture->position(), stands);
   EXPECT_LT(one.apart(), tolerance);
 }
@@ -199,10 +174,10 @@ TEST(Together, ASoundServerThatIsNotThereDoesNotHoldThePictureUp) {
   Options options;
   options.makeSoundSink = [] { return makeSoundServerSink(); };
   Stage stage(std::move(options));
-  Film film(stage, gstreamer::film());
+  FilmPlayers film(stage, gstreamer::film());
   film.play();
   stage.engine().commit();
-  EXPECT_TRUE(runs(stage, film));
+  EXPECT_TRUE(film.run());
   EXPECT_LT(film.apart(), tolerance);
   EXPECT_TRUE(stage.until([&] { return film.picture->pictures()->counts().shown > 5; }));
 }
@@ -217,10 +192,10 @@ TEST(Together, ASoundServerThatHangsDoesNotHoldThePictureUpNorTheEnd) {
   options.soundPatience = 0.4;
   Stage stage(std::move(options));
   {
-    Film film(stage, gstreamer::film());
+    FilmPlayers film(stage, gstreamer::film());
     film.play();
     stage.engine().commit();
-    EXPECT_TRUE(runs(stage, film));
+    EXPECT_TRUE(film.run());
     EXPECT_LT(film.apart(), tolerance);
     EXPECT_TRUE(stage.until([&] { return film.picture->pictures()->counts().shown > 5; }));
     film.pause();
