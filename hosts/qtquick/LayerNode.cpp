@@ -6,6 +6,25 @@
 
 namespace qtquick {
 
+namespace {
+
+/// The pictures to show; none for a layer that never had any, or whose content was removed.
+std::shared_ptr<host::PictureStream> picturesOf(const CALayer& layer) {
+  if (dynamic_cast<const AVPlayerLayer*>(&layer) == nullptr) return nullptr;
+  const auto sublayers = layer.sublayers();
+  for (const auto& sublayer : *sublayers) {
+    const auto content = std::dynamic_pointer_cast<AVPlayerContentLayer>(sublayer);
+    if (content) return content->pictures();
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+bool LayerNode::isSeen(const CALayer& layer) {
+  return layer.backgroundColor().alpha > 0 || layer.borderWidth() > 0 || picturesOf(layer);
+}
+
 std::unique_ptr<LayerNode> LayerNode::make(Mirror& mirror, const Strong<CALayer>& layer, QQuickItem& parent) {
   std::unique_ptr<LayerNode> node(new LayerNode(mirror, layer));
   node->makeItem(QStringLiteral("Layer"), parent, layer->frame());
@@ -22,7 +41,7 @@ void LayerNode::update() {
   if (!layer) return;
   place(layer->frame());
   emit changed();
-  const auto pictures = this->pictures();
+  const auto pictures = picturesOf(*layer);
   if (!pictures) {
     film_ = nullptr;
     return;
@@ -30,17 +49,6 @@ void LayerNode::update() {
   if (!film_) film_ = std::make_unique<FilmItem>(&item());
   film_->setPictures(pictures);
   film_->setSize(item().size());
-}
-
-std::shared_ptr<host::PictureStream> LayerNode::pictures() const {
-  const auto layer = layer_.lock();
-  if (dynamic_cast<const AVPlayerLayer*>(layer.get()) == nullptr) return nullptr;
-  const auto sublayers = layer->sublayers();
-  for (const auto& sublayer : *sublayers) {
-    const auto content = std::dynamic_pointer_cast<AVPlayerContentLayer>(sublayer);
-    if (content) return content->pictures();
-  }
-  return nullptr;
 }
 
 QColor LayerNode::color() const {

@@ -4,10 +4,6 @@
 
 #include <QColor>
 
-namespace host {
-class PictureStream;
-}
-
 namespace qtquick {
 
 class FilmItem;
@@ -21,6 +17,8 @@ class LayerNode final : public Node {
   Q_PROPERTY(QColor borderColor READ borderColor NOTIFY changed)
 
  public:
+  /// Whether there is anything of `layer` to be seen. A film that was closed leaves a layer without contents.
+  static bool isSeen(const CALayer& layer);
   static std::unique_ptr<LayerNode> make(Mirror& mirror, const Strong<CALayer>& layer, QQuickItem& parent);
   ~LayerNode() override;
 
@@ -33,9 +31,6 @@ class LayerNode final : public Node {
 
  private:
   LayerNode(Mirror& mirror, const Strong<CALayer>& layer);
-
-  /// The pictures to show; none for a layer that never had any, or whose content was removed.
-  std::shared_ptr<host::PictureStream> pictures() const;
 
   Weak<CALayer> layer_;
   std::unique_ptr<FilmItem> film_;

@@ -112,6 +112,7 @@ void ViewNode::updateChildren(const UIView& view) {
   const auto layers = view.layer()->sublayers().value_or(std::vector<Strong<CALayer>>{});
   std::vector<Child> before = std::exchange(children_, {});
   for (const auto& layer : layers) {
+    if (layer->view() == nullptr && !LayerNode::isSeen(*layer)) continue;
     const auto known =
         std::find_if(before.begin(), before.end(), [&](const Child& child) { return child.layer.lock() == layer; });
     const bool isKnown = known != before.end() && known->node;

@@ -18,6 +18,12 @@ QColor middleOfFilm(ScreenStage& stage, int film) {
   return stage.grab().pixelColor(middleOf(*item));
 }
 
+std::size_t itemsIn(const QQuickItem& item) {
+  std::size_t items = 0;
+  for (const QQuickItem* const child : item.childItems()) items += 1 + itemsIn(*child);
+  return items;
+}
+
 }  // namespace
 
 TEST(Film, TheBoxIsTheViewInPixels) {
@@ -128,6 +134,19 @@ TEST(Film, TheNextOneShowsThroughTheEmptyLayersAboveIt) {
   stage.load(1);
   EXPECT_EQ(stage.engine().streams().size(), 2U);
   EXPECT_EQ(middleOfFilm(stage, 1), orange);
+}
+
+TEST(Film, WhatWasShownBeforeLeavesNoItems) {
+  ScreenStage stage;
+  const QQuickItem& view = *stage.named(QStringLiteral("Film 1"));
+  const auto before = itemsIn(view);
+  stage.load(1);
+  const auto loaded = itemsIn(view);
+  EXPECT_GT(loaded, before);
+  for (int load = 0; load < 10; ++load) stage.load(1);
+  EXPECT_EQ(itemsIn(view), loaded);
+  stage.event([&] { stage.screen().chiudiFilm1(); });
+  EXPECT_EQ(itemsIn(view), before);
 }
 
 TEST(Film, UnderAScreenThatHidesItItAsksForNoPictures) {
