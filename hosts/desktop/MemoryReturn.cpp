@@ -13,9 +13,9 @@ namespace {
 constexpr int largeBlock = 1 << 20;
 /// What is free at the end of a heap beyond this goes back.
 constexpr int keptAtTheEnd = 256 << 10;
-/// Threads share so many heaps. By default there are eight for each processor, each of which keeps what it had at its
-/// worst, and each film that is opened brings ten new threads.
-constexpr int heaps = 2;
+/// All threads share one heap. By default there are eight for each processor, each of which keeps what it had at its
+/// worst, and each film that is opened brings ten new threads. Already a second one grew with every film.
+constexpr int heaps = 1;
 
 }  // namespace
 
