@@ -1,7 +1,6 @@
 #pragma once
 
 #include "hosts/medialibrary/Library.h"
-#include "platform/host/MainLoop.h"
 #include "tests/support/SimulatedHost.h"
 
 #include <gtest/gtest.h>
@@ -77,20 +76,6 @@ class FakeLibrary final : public medialibrary::FolderLibrary {
   };
 
   LibraryFacts& facts_;
-};
-
-/// Runs what was posted when it is told to.
-class PostedWork final : public host::MainLoop {
- public:
-  double now() const override { return 0.0; }
-  void wakeAt(double) override {}
-  void post(std::function<void()> work) override { work_.push_back(std::move(work)); }
-  void turn() {
-    for (auto work = std::exchange(work_, {}); auto& each : work) each();
-  }
-
- private:
-  std::vector<std::function<void()>> work_;
 };
 
 }  // namespace desktop

@@ -1,6 +1,7 @@
 #include "hosts/desktop/GuardedLibrary.h"
 
 #include "tests/host/desktop/FakeLibrary.h"
+#include "tests/support/PostedWork.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,7 @@
 #include "hosts/desktop/LibraryAccess.h"
 
+#include "tests/support/OrdinaryUser.h"
+
 #include <gtest/gtest.h>
 
 #include <QDir>
@@ -7,7 +9,6 @@
 #include <QTemporaryDir>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace desktop {
 namespace {
@@ -18,23 +19,6 @@ using host::LibraryAccess::NotDetermined;
 using host::LibraryAccess::Restricted;
 using Answer = LibraryAccess::Answer;
 using Restriction = LibraryAccess::Restriction;
-
-/// While this lives, the process is an ordinary user: the superuser may read everything.
-class OrdinaryUser {
- public:
-  OrdinaryUser() : isSuperuser_(geteuid() == 0) {
-    if (isSuperuser_ && seteuid(nobody) != 0) ADD_FAILURE() << "cannot become an ordinary user";
-  }
-  ~OrdinaryUser() {
-    if (isSuperuser_ && seteuid(0) != 0) ADD_FAILURE() << "cannot become the superuser again";
-  }
-  OrdinaryUser(const OrdinaryUser&) = delete;
-  OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-
- private:
-  static constexpr uid_t nobody = 65534;
-  bool isSuperuser_;
-};
 
 class LibraryAccessTest : public testing::Test {
  protected:

@@ -3,6 +3,7 @@
 #include "tests/host/desktop/FakeLibrary.h"
 #include "tests/host/qtquick/ScreenStage.h"
 #include "tests/support/EnvironmentVariable.h"
+#include "tests/support/PostedWork.h"
 
 #include <gtest/gtest.h>
 

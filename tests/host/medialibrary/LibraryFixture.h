@@ -6,14 +6,13 @@
 #include "tests/host/probe/TemporaryFolder.h"
 #include "tests/support/Clips.h"
 #include "tests/support/EnvironmentVariable.h"
+#include "tests/support/PostedWork.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <utility>
@@ -22,29 +21,6 @@
 using Texts = std::vector<std::string>;
 
 constexpr std::uint64_t homeVideo = 8192;
-
-/// Runs what was posted when it is told to.
-class PostedWork final : public host::MainLoop {
- public:
-  double now() const override { return 0.0; }
-  void wakeAt(double) override {}
-  void post(std::function<void()> work) override {
-    const std::lock_guard lock(mutex_);
-    work_.push_back(std::move(work));
-  }
-  void turn() {
-    std::deque<std::function<void()>> work;
-    {
-      const std::lock_guard lock(mutex_);
-      work.swap(work_);
-    }
-    for (auto& each : work) each();
-  }
-
- private:
-  std::mutex mutex_;
-  std::deque<std::function<void()>> work_;
-};
 
 /// A library of one folder of its own, with the real index and the real indexer.
 class LibraryFixture : public testing::Test {

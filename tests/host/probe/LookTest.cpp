@@ -1,10 +1,10 @@
 #include "hosts/probe/MediaProbe.h"
 #include "tests/host/probe/TemporaryFolder.h"
 #include "tests/support/Clips.h"
+#include "tests/support/OrdinaryUser.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -27,20 +27,6 @@ std::string copied(const std::string& name, std::vector<std::string> options) {
   arguments.insert(arguments.end(), options.begin(), options.end());
   return clips::clip(name, arguments);
 }
-
-/// Where the program runs as root, files are looked at as an ordinary user meanwhile: root may read everything.
-class OrdinaryUser {
- public:
-  OrdinaryUser() {
-    if (wasRoot_ && seteuid(65534) != 0) ADD_FAILURE() << "could not become an ordinary user";
-  }
-  ~OrdinaryUser() {
-    if (wasRoot_ && seteuid(0) != 0) ADD_FAILURE() << "could not become root again";
-  }
-
- private:
-  bool wasRoot_ = geteuid() == 0;
-};
 
 void expectUnreadable(const probe::FileFacts& facts) {
   EXPECT_FALSE(facts.media.readable);
