@@ -59,12 +59,21 @@ class Meter:
 
 
 def proportional_set_size(process_ids):
-    """The processes' share of memory in MiB."""
+    """The processes' share of memory in MiB: of files, theirs among all processes that have mapped them."""
+    return _memory(process_ids, "Pss:")
+
+
+def own_memory(process_ids):
+    """What the processes hold in memory beside files, in MiB. It does not depend on what else runs."""
+    return _memory(process_ids, "Pss_Anon:")
+
+
+def _memory(process_ids, kind):
     kibibytes = 0
     for process_id in process_ids:
         try:
             with open(f"/proc/{process_id}/smaps_rollup", encoding="ascii") as file:
-                kibibytes += next(int(line.split()[1]) for line in file if line.startswith("Pss:"))
+                kibibytes += next(int(line.split()[1]) for line in file if line.startswith(kind))
         except OSError:
             continue  # it has ended meanwhile
     return kibibytes / 1024

@@ -4,7 +4,7 @@ import statistics
 import time
 
 import films
-from accounting import Meter, descriptors, proportional_set_size, threads, wake_ups
+from accounting import Meter, descriptors, own_memory, proportional_set_size, threads, wake_ups
 from results import Check, Result
 from watching import wait_for_pictures
 
@@ -15,6 +15,7 @@ LOADS, LOADS_IN_FULL, LOADS_IN_SMOKE = 100, 500, 5
 STAGES = 5
 FIRST_LOADS = 5  # after them whatever is kept for later use is there
 LARGEST_GROWTH = 1.05
+LARGEST_GROWTH_OF_A_LOAD = 2  # KiB
 
 
 def _rest(ground, ours):
@@ -61,7 +62,7 @@ def _holdings(ours):
     time.sleep(SETTLING)
     processes = ours.processes()
     return {"threads": threads(processes), "descriptors": descriptors(processes),
-            "MiB": round(proportional_set_size(processes), 1)}
+            "MiB": round(proportional_set_size(processes), 1), "own MiB": round(own_memory(processes), 1)}
 
 
 def _load_and_close(ground, ours, times):
@@ -70,6 +71,13 @@ def _load_and_close(ground, ours, times):
         wait_for_pictures(ground.stage.screen, ours.boxes)
         for film in ours.films:
             ours.close(film)
+
+
+def _growth_of_a_load(stages, loads):
+    """How much more memory each load in each film leaves taken, in KiB: the slope over all stages, since each of them is
+    off by a MiB or so, as free memory lies between what is taken. Fewer loads than the full ones are no measure of it."""
+    loaded = [2 * loads * number // STAGES for number in range(STAGES + 1)]
+    return statistics.linear_regression(loaded, [stage["own MiB"] * 1024 for stage in stages]).slope
 
 
 def leaks(ground):
@@ -90,5 +98,7 @@ def leaks(ground):
     before, after = stages[0], stages[-1]
     limits = {"threads": 1.0, "descriptors": 1.0, "MiB": LARGEST_GROWTH}
     checks = [Check(f"{name}, after to before", after[name] / before[name], limit) for name, limit in limits.items()]
+    if ground.is_full:
+        checks.append(Check("KiB of its own, each load", _growth_of_a_load(stages, loads), LARGEST_GROWTH_OF_A_LOAD))
     return Result("leaks", leaks.__doc__, "MiB", after["MiB"], checks=checks,
                   details={"loads in each film": loads, "before": before, "after each fifth": stages[1:]})

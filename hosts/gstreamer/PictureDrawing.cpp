@@ -178,13 +178,15 @@ class PictureDrawing::Steps {
   /// ones come next.
   void takeThird(const Plane& from, const Room& to, Box size) {
     constexpr int rowsAhead = 3;
-    const std::ptrdiff_t step = 3 * static_cast<std::ptrdiff_t>(from.stride);
+    const auto middle = [&from](int row) {
+      return from.data + (3 * row + 1) * static_cast<std::ptrdiff_t>(from.stride);
+    };
+    const auto taken = [&to](int row) { return to.data + row * static_cast<std::ptrdiff_t>(to.stride); };
     const Room others = room(others_, size.width, 2);
-    const std::uint8_t* middle = from.data + from.stride;
-    for (int row = 0; row < size.height; ++row, middle += step) {
-      if (row + rowsAhead < size.height) fetch(middle + rowsAhead * step, 3 * size.width);
-      libyuv::SplitRGBPlane(middle, 0, others.data, 0, to.data + static_cast<std::ptrdiff_t>(row) * to.stride, 0,
-                            others.data + others.stride, 0, size.width, 1);
+    for (int row = 0; row < size.height; ++row) {
+      if (row + rowsAhead < size.height) fetch(middle(row + rowsAhead), 3 * size.width);
+      libyuv::SplitRGBPlane(middle(row), 0, others.data, 0, taken(row), 0, others.data + others.stride, 0, size.width,
+                            1);
     }
   }
 
