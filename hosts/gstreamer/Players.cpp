@@ -51,7 +51,9 @@ class Commands {
     setup.timeline = timeline_;
     setup.events = events_;
     setup.path = pathOf(setup.url);
-    deck_ = std::make_shared<Deck>(surroundings, std::move(setup));
+    // In memory of its own: whoever waits for its film's end, which may be hours away, keeps no more than the word
+    // that it is gone.
+    deck_.reset(new Deck(surroundings, std::move(setup)));
   }
   ~Commands() { turn_->close(deck_); }
   Commands(const Commands&) = delete;
