@@ -58,6 +58,11 @@ class Result(unittest.TestResult):
         super().addFailure(test, err)
         self._note(err, test)
 
+    def addSubTest(self, test, subtest, err):
+        super().addSubTest(test, subtest, err)
+        if err is not None:
+            self._note(err, test)
+
     def stopTest(self, test):
         super().stopTest(test)
         self._outcomes.put((name_of(test), time.monotonic() - self._started, "\n".join(self._troubles)))
