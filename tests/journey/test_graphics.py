@@ -1,5 +1,7 @@
 """The films drawn by OpenGL, as on every device with a graphics processor. Here Mesa's rasteriser stands in for one."""
 
+import numpy
+
 from journey import FILM_A, FILM_B, Journey
 from processes import until
 
@@ -35,6 +37,7 @@ class Graphics(Journey):
         self.assert_still_plays(self.film2, FILM_B)
         program.terminate()
         self.assertEqual(program.exit_status(), 0)
+        self.assertTrue(self.is_drawn_by_opengl())
 
     def all_looks(self, environment):
         """The pixels of both films' views, both paused at the same place: in the window as it opens, and as on a phone."""
@@ -67,7 +70,7 @@ class Graphics(Journey):
 
         def is_steady():
             looks.append(film.view().picture.pixels)
-            return len(looks) > 5 and all((look.shape == looks[-1].shape) and (look == looks[-1]).all() for look in looks[-5:])
+            return len(looks) > 5 and all(numpy.array_equal(look, looks[-1]) for look in looks[-5:])
 
         until(is_steady, f"film {film.number} to stand still", pause=0.1)
         return looks[-1]
